@@ -1,0 +1,50 @@
+# The vision library: one source list compiled as two variants, the stubs that choose between them, and the link.
+file(GLOB_RECURSE ORVCV_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.cpp)
+
+# Flags of every object. Results must not depend on the compiler's freedom: no contraction, wrapping integers.
+add_library(orvcv_flags INTERFACE)
+target_include_directories(orvcv_flags INTERFACE ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(orvcv_flags INTERFACE
+  -fvisibility=hidden -ffunction-sections -fdata-sections -fcf-protection=full
+  -ffp-contract=off -fwrapv -fno-math-errno -fno-trapping-math -ftree-vectorize
+  $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>
+  $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fvisibility-inlines-hidden>)
+target_link_libraries(orvcv_flags INTERFACE OpenMP::OpenMP_CXX)
+
+function(orvcv_variant name is_n8)
+  add_library(${name} OBJECT ${ORVCV_SOURCES})
+  target_compile_options(${name} PRIVATE -mssse3 ${ARGN})
+  target_compile_definitions(${name} PRIVATE ORV_VARIANT=${name}_ ORV_IS_N8=${is_n8})
+  target_link_libraries(${name} PRIVATE orvcv_flags)
+endfunction()
+orvcv_variant(u8 0 -mtune=generic)
+orvcv_variant(n8 1 -mmovbe -mtune=silvermont)
+
+set(DISPATCH ${PROJECT_SOURCE_DIR}/src/dispatch)
+add_library(orvcv_dispatch OBJECT ${DISPATCH}/stubs.S ${DISPATCH}/select.c)
+add_library(orvcv_width OBJECT ${PROJECT_SOURCE_DIR}/src/core/width.c)
+add_library(orvcv_width_forced OBJECT ${PROJECT_SOURCE_DIR}/src/core/width_forced.c)
+foreach(object orvcv_dispatch orvcv_width orvcv_width_forced)
+  target_link_libraries(${object} PRIVATE orvcv_flags)
+endforeach()
+set_source_files_properties(${DISPATCH}/stubs.S PROPERTIES OBJECT_DEPENDS ${DISPATCH}/manifest.def)
+
+# The export list, from the manifest.
+set(EXPORT_MAP ${PROJECT_BINARY_DIR}/exports.map)
+add_custom_command(OUTPUT ${EXPORT_MAP}
+  COMMAND ${CMAKE_C_COMPILER} -E -P -x c -I${PROJECT_SOURCE_DIR}/src ${DISPATCH}/exports.map.in -o ${EXPORT_MAP}
+  DEPENDS ${DISPATCH}/exports.map.in ${DISPATCH}/manifest.def)
+add_custom_target(orvcv_exports DEPENDS ${EXPORT_MAP})
+
+add_library(orvcv SHARED $<TARGET_OBJECTS:orvcv_dispatch> $<TARGET_OBJECTS:u8> $<TARGET_OBJECTS:n8>
+  $<TARGET_OBJECTS:orvcv_width>)
+add_dependencies(orvcv orvcv_exports)
+set_target_properties(orvcv PROPERTIES OUTPUT_NAME orvcvu8 SOVERSION 8.2 LINKER_LANGUAGE CXX
+  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib LINK_DEPENDS ${EXPORT_MAP})
+# One init entry and no constructors; bodies that no table names are dropped; bfd for the word of core/width.c.
+target_link_options(orvcv PRIVATE -Wl,-init=ownInit -nostartfiles -fuse-ld=bfd -Wl,--gc-sections
+  -Wl,--version-script=${EXPORT_MAP} -Wl,-z,defs -Wl,-z,relro -Wl,-z,now)
+target_link_libraries(orvcv PRIVATE orvcore OpenMP::OpenMP_CXX m)
+target_include_directories(orvcv INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+add_library(orvcv::orvcv ALIAS orvcv)

@@ -1,0 +1,20 @@
+/* orvCV: computer-vision primitives. This header declares everything; a header of orvcv/ declares one family.
+ *
+ * Conventions of every function:
+ * - An image is a pointer to the first pixel of the region of interest and a row step in bytes. Steps are signed 32-bit
+ *   numbers, at least as large as a row of the region; nothing is assumed of alignment, also not to the elements.
+ * - Arguments are checked in a fixed order (pointers, sizes, steps, step alignment, then the family's own, unless a
+ *   function says otherwise); the first failure is returned and nothing has been written then.
+ * - All functions may be called from any number of threads at once on disjoint outputs. Large images are processed by
+ *   a team of threads inside the call; the result never depends on the number of threads, nor on the processor.
+ */
+#ifndef ORVCV_H
+#define ORVCV_H
+#include "orvcv/types.h"
+#include "orvcv/version.h"
+#include "orvcv/angle.h"
+#include "orvcv/accumulate.h"
+#include "orvcv/abs_diff.h"
+#include "orvcv/filter_pipeline.h"
+#include "orvcv/filter_gaussian.h"
+#endif
