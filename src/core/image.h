@@ -47,11 +47,13 @@ __attribute__((always_inline)) static inline Loose<T>* loose(T* p) {
 // The raw pointer of a loose row, for vector loads and stores, which take any address.
 template <class T>
 static inline T* raw(LooseElement<T>* p) {
-  return (T*)(uintptr_t)p;
+  void* const address = p;
+  return (T*)address;
 }
 template <class T>
 static inline const T* raw(const LooseElement<T>* p) {
-  return (const T*)(uintptr_t)p;
+  const void* const address = p;
+  return (const T*)address;
 }
 
 }  // namespace ORV_VARIANT
