@@ -43,7 +43,7 @@ void columnCase(Random& r, Function function, SizeFunction sizeFunction, int cha
   std::vector<const S*> pointers;
   for (int y = 0; y < count; ++y) {
     const int from = r.one(3) ? r.in(0, count - 1) : y;
-    pointers.push_back((const S*)((uintptr_t)src.data() + (uintptr_t)(from * src.step())));
+    pointers.push_back(rowAddress(src, from));
   }
   const GuardedArray<const S*> rows(pointers);
   Image<D> dst(r, shape.width, shape.height, channels);
@@ -140,7 +140,7 @@ TEST(inPlace) {
     image.fill(r, false);
     const int16_t taps[] = {1, -2, 3};
     const int16_t* rows[3];
-    for (int y = 0; y < 3; ++y) rows[y] = (const int16_t*)((uintptr_t)image.data() + (uintptr_t)(y * image.step()));
+    for (int y = 0; y < 3; ++y) rows[y] = rowAddress(image, y);
     std::vector<int16_t> want;
     for (int x = 0; x < width; ++x)
       want.push_back(

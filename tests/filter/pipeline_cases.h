@@ -24,6 +24,11 @@ class GuardedArray {
   std::shared_ptr<Guarded> memory_;
 };
 
+template <class T>
+T* rowAddress(const Image<T>& image, int y) {
+  return (T*)((uintptr_t)image.data() + (uintptr_t)((ptrdiff_t)y * image.step()));
+}
+
 // A number of taps that takes every form of the kernels, often above the width.
 inline int someKernelSize(Random& r) { return r.one(8) ? r.in(10, 40) : r.in(1, 9); }
 

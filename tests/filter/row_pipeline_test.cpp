@@ -69,7 +69,7 @@ void rowCase(Random& r, Function function, SizeFunction sizeFunction, int channe
   value.fill(r, false);
   Image<D> dst(r, shape.width, shape.height, channels);
   std::vector<D*> order;
-  for (int y = 0; y < shape.height; ++y) order.push_back((D*)((uintptr_t)dst.data() + (uintptr_t)(y * dst.step())));
+  for (int y = 0; y < shape.height; ++y) order.push_back(rowAddress(dst, y));
   for (int y = 0; y < shape.height; ++y) std::swap(order[(size_t)y], order[(size_t)r.in(0, shape.height - 1)]);
   const GuardedArray<D*> rows(order);
   const OrvSize roi{shape.width, shape.height};
@@ -85,7 +85,7 @@ void rowCase(Random& r, Function function, SizeFunction sizeFunction, int channe
     CHECK(src.unchanged() && buffer.intact() && dst.onlyRegionChanged(), "written outside");
     for (int y = 0; y < shape.height; ++y)
       for (int x = 0; x < shape.width * channels; ++x) {
-        const P* row = (const P*)((uintptr_t)src.data() + (uintptr_t)(y * src.step()));
+        const P* row = rowAddress(src, y);
         const D want = reference::filteredRow<P, D>(row, shape.width, channels, x, taps.data(), size, anchor, border,
                                                     value.data(), divisor, arithmetic);
         const D got = reference::load(order[(size_t)y], 0, 0, x);

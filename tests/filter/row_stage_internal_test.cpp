@@ -29,7 +29,7 @@ void stageCases(const char* name, Stage<P, T, D> stage, int channels) {
     value.fill(r, false);
     const Plane<const P> plane{src.data(), src.step()};
     std::vector<D*> rows;
-    for (int y = 0; y < shape.height; ++y) rows.push_back((D*)((uintptr_t)dst.data() + (uintptr_t)(y * dst.step())));
+    for (int y = 0; y < shape.height; ++y) rows.push_back(rowAddress(dst, y));
     forEachSetting(false, [&] {
       const Guarded strip((size_t)rowStripBytes<P>(size, channels), !r.one(4), (size_t)r.in(0, 5));
       dst.restore();
@@ -39,7 +39,7 @@ void stageCases(const char* name, Stage<P, T, D> stage, int channels) {
       for (int y = 0; y < shape.height; ++y)
         for (int x = 0; x < shape.width * channels; ++x) {
           const D want =
-              reference::filteredRow<P, D>(raw(plane.row(y)), shape.width, channels, x, taps.data(), size, anchor,
+              reference::filteredRow<P, D>(rowAddress(src, y), shape.width, channels, x, taps.data(), size, anchor,
                                            border, value.data(), divisor, reference::Arithmetic::scaled);
           if (!same(dst.at(x, y), want))
             return fail("element %d of row %d is %.9g, not %.9g", x, y, (double)dst.at(x, y), (double)want);
