@@ -17,4 +17,5 @@
 #include "orvcv/abs_diff.h"
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
+#include "orvcv/filter_fixed.h"
 #endif
