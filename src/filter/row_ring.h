@@ -12,8 +12,8 @@
 
 namespace ORV_VARIANT {
 
-// makeRow(y, row) filters what stands for row y, -K / 2 <= y < height + K / 2. fold(y, rows) makes row y of the result.
-// `rows` has the memory of the K rows; it is permuted.
+// makeRow(y, row) filters what stands for row y, -K / 2 <= y < height + (K - 1) / 2. fold(y, rows) makes row y of the
+// result. `rows` has the memory of the K rows; it is permuted.
 template <class T, class MakeRow, class Fold>
 static inline void runRing(int32_t height, int32_t kernelSize, T** rows, const MakeRow& makeRow, const Fold& fold) {
   const int32_t half = kernelSize / 2;
@@ -22,7 +22,7 @@ static inline void runRing(int32_t height, int32_t kernelSize, T** rows, const M
     T* const oldest = rows[0];
     memmove(rows, rows + 1, (size_t)(kernelSize - 1) * sizeof rows[0]);
     rows[kernelSize - 1] = oldest;
-    makeRow(y + half, oldest);
+    makeRow(y + kernelSize - 1 - half, oldest);
     fold(y, rows);
   }
 }

@@ -1,0 +1,331 @@
+// Gradients with magnitude and angle.
+//
+// Theory. Columns come first here: over the K rows around a pixel each column gives a smoothed value S and a difference
+// D, and along the row gx is the difference of S, gy the smoothed D. Rows are extended by their border into a ring in
+// the buffer, or read in place where both sides are memory; S, D and what isn't wanted of gx and gy stay in blocks on
+// the stack:
+//
+//   K rows, n + 2h columns --> S, D, n + 2h columns --> gx, gy, n columns --> mag, angle
+//
+// Limitations. The buffer has room for K extended rows and little more.
+#include <string.h>
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "filter/gradient_vector.cpp"
+#include "core/kernels.h"
+#include "core/vectors.h"
+#include "filter/row_strip.h"
+#include "filter/column_stage.h"
+#include "filter/fixed_filter.h"
+#include "filter/taps.h"
+#include "filter/fixed_kernels.h"
+
+#ifndef ORV_GRADIENT_BLOCK
+#define ORV_GRADIENT_BLOCK
+namespace ORV_VARIANT {
+
+enum : ptrdiff_t { gradientBlock = 512, angleBlock = 64 };
+
+// The forms: taps that smooth, in either direction, and taps along the row.
+struct Sobel3 {
+  static constexpr int half = 1;
+  using Smooth = kerSobel_3;
+  using Along = kerDxNeg_3;
+};
+struct Sobel5 {
+  static constexpr int half = 2;
+  using Smooth = kerSobel_5;
+  using Along = kerDxNeg_5;
+};
+struct Scharr3 {
+  static constexpr int half = 1;
+  using Smooth = kerScharr_3;
+  using Along = kerDx_3;
+};
+
+}  // namespace ORV_VARIANT
+#endif
+
+KERNELS_BEGIN
+
+// D of the rows load(0), load(1), ... and the smoothed D of neighbours. The order of float additions is part of the
+// form.
+template <class Form, class D, class Load>
+HWY_INLINE hn::VFromD<D> Difference(D d, const Load& load) {
+  if constexpr (Form::half == 1) return hn::Sub(load(2), load(0));
+  else return hn::Add(hn::Sub(load(4), load(0)), Times<2>(d, hn::Sub(load(3), load(1))));
+}
+template <class Form, class D, class Load>
+HWY_INLINE hn::VFromD<D> SmoothRow(D d, const Load& load) {
+  using Smooth = typename Form::Smooth;
+  if constexpr (Smooth::at(0) != 3) return FoldTaps<Smooth>(d, load);
+  else return hn::Add(Times<10>(d, load(1)), Times<3>(d, hn::Add(load(0), load(2))));
+}
+
+// n <= gradientBlock columns of gx and gy; the windows of column 0 begin at rows[i][0].
+template <class Form, class T, class R>
+HWY_INLINE void Gradients(const T* const* rows, ptrdiff_t n, R* gx, R* gy) {
+  constexpr int ends = 2 * Form::half;
+  HWY_ALIGN R smooth[gradientBlock + ends], difference[gradientBlock + ends];
+  const RowPointers<ends + 1, T> p(rows);
+  ForLanes<R>(
+      n + ends, VECTOR(d, x) {
+        hn::StoreU(FoldColumns<typename Form::Smooth>(d, p.row, x), d, smooth + x);
+        const auto column = TAP_VECTOR(i) { return LoadLanes(d, p.row[i] + x); };
+        hn::StoreU(Difference<Form>(d, column), d, difference + x);
+      });
+  ForLanes<R>(
+      n, VECTOR(d, x) {
+        hn::StoreU(FoldWindow<typename Form::Along>(d, smooth + x), d, gx + x);
+        const auto neighbour = TAP_VECTOR(i) { return LoadLanes(d, difference + x + i); };
+        hn::StoreU(SmoothRow<Form>(d, neighbour), d, gy + x);
+      });
+}
+template <class Form>
+void ByteGradients(const uint8_t* const* rows, ptrdiff_t n, int16_t* gx, int16_t* gy) {
+  Gradients<Form>(rows, n, gx, gy);
+}
+template <class Form>
+void FloatGradients(const float* const* rows, ptrdiff_t n, float* gx, float* gy) {
+  Gradients<Form>(rows, n, gx, gy);
+}
+
+// |gx| + |gy|; of bytes it fits 16 bits.
+template <class R>
+void AddMagnitudes(const R* gx, const R* gy, R* mag, ptrdiff_t n) {
+  ForLanes<R>(
+      n,
+      VECTOR(d, x) { hn::StoreU(hn::Add(hn::Abs(hn::LoadU(d, gx + x)), hn::Abs(hn::LoadU(d, gy + x))), d, mag + x); });
+}
+
+KERNELS_END
+
+#if HWY_ONCE
+#include "core/primitives.h"
+#include "filter/gradient_vector.h"
+
+namespace {
+
+template <class T, class R>
+struct GradientCall {
+  Plane<const T> src;
+  Plane<R> gx, gy, mag;
+  Plane<float> angle;
+  OrvSize roi;
+  int32_t maskSize, norm, borderType;
+  T borderValue;
+  uint8_t* buffer;
+};
+
+template <class T, class R>
+struct GradientKernels {
+  void (*gradients)(const T* const* rows, ptrdiff_t n, R* gx, R* gy);
+  void (*add)(const R* gx, const R* gy, R* mag, ptrdiff_t n);
+};
+
+void rootMagnitudes(const int16_t* gx, const int16_t* gy, int16_t* mag, int32_t n) {
+  orvsMagnitude_16s_Sfs(gx, gy, mag, n, 0);
+}
+void rootMagnitudes(const float* gx, const float* gy, float* mag, int32_t n) { orvsMagnitude_32f(gx, gy, mag, n); }
+
+void angles(const float* gx, const float* gy, float* angle, ptrdiff_t n) {
+  orvsAtan2_32f_A21(gy, gx, angle, (int32_t)n);
+}
+void angles(const int16_t* gx, const int16_t* gy, float* angle, ptrdiff_t n) {
+  float x[angleBlock], y[angleBlock];
+  const auto *const looseX = loose(gx), *const looseY = loose(gy);
+  for (ptrdiff_t first = 0; first < n; first += angleBlock) {
+    const ptrdiff_t count = n - first < angleBlock ? n - first : (ptrdiff_t)angleBlock;
+    for (ptrdiff_t i = 0; i < count; ++i) x[i] = looseX[first + i], y[i] = looseY[first + i];
+    angles(x, y, angle + first, count);
+  }
+}
+
+// Row y of an image, from column x on, or the stand-in where there is no image.
+template <class R>
+R* part(const Plane<R>& image, int32_t y, ptrdiff_t x, R* standIn) {
+  return image.data ? raw(image.row(y)) + x : standIn;
+}
+
+// One row of the results from the extended rows around it.
+template <class T, class R>
+void gradientRow(const GradientCall<T, R>& call, const GradientKernels<T, R>& kernels, const T* const* rows,
+                 int32_t size, int32_t y) {
+  alignas(64) R ownX[gradientBlock], ownY[gradientBlock];
+  for (ptrdiff_t x = 0; x < call.roi.width; x += gradientBlock) {
+    const ptrdiff_t rest = call.roi.width - x, n = rest < gradientBlock ? rest : (ptrdiff_t)gradientBlock;
+    const T* shifted[mostMaskRows];
+    for (int32_t i = 0; i < size; ++i) shifted[i] = rows[i] + x;
+    R *const gx = part(call.gx, y, x, ownX), *const gy = part(call.gy, y, x, ownY);
+    kernels.gradients(shifted, n, gx, gy);
+    if (call.mag.data) {
+      R* const mag = raw(call.mag.row(y)) + x;
+      if (call.norm == orvGradientNormL1) kernels.add(gx, gy, mag, n);
+      else rootMagnitudes(gx, gy, mag, (int32_t)n);
+    }
+    if (call.angle.data) angles(gx, gy, raw(call.angle.row(y)) + x, n);
+  }
+}
+
+template <class T, class R>
+void gradientRows(const GradientCall<T, R>& call, const GradientKernels<T, R>& kernels) {
+  const int32_t size = call.maskSize == orvMaskSize3x3 ? 3 : 5, half = size / 2;
+  const int32_t kind = borderKind(call.borderType), sides = sidesInMemoryByKind(call.borderType);
+  const bool inPlace = (sides & orvBorderInMemLeft) && (sides & orvBorderInMemRight);
+  const ptrdiff_t extended = (ptrdiff_t)call.roi.width + 2 * half;
+  T* const memory = (T*)(void*)call.buffer;  // at any address
+  const T* rows[mostMaskRows];
+  const auto rowAt = [&](int32_t y) -> const T* {
+    const ptrdiff_t source =
+        borderIndex(kind, y, call.roi.height, sides & orvBorderInMemTop, sides & orvBorderInMemBottom);
+    T* const slot = memory + (y + half) % size * extended;
+    if (source == borderNoPixel) {
+      fillRun<sizeof(T)>((uint8_t*)slot, (const uint8_t*)&call.borderValue, extended);
+      return slot;
+    }
+    const T* const row = raw(call.src.row(source));
+    if (inPlace) return row - half;
+    extendRow<T, 1>(row, slot, call.roi.width, size, half, call.borderType, &call.borderValue);
+    return slot;
+  };
+  for (int32_t i = 1; i < size; ++i) rows[i] = rowAt(i - 1 - half);
+  for (int32_t y = 0; y < call.roi.height; ++y) {
+    memmove(rows, rows + 1, (size_t)(size - 1) * sizeof rows[0]);
+    rows[size - 1] = rowAt(y + half);
+    gradientRow(call, kernels, rows, size, y);
+  }
+}
+
+template <class T>
+OrvStatus checkOutput(const Plane<T>& image) {
+  if (!image.data) return orvStatusOk;
+  ORV_REQUIRE(image.step >= 1, orvStatusStep);
+  ORV_REQUIRE(stepsAligned<T>(image.step), orvStatusStepAlign);
+  return orvStatusOk;
+}
+
+template <class T, class R>
+OrvStatus checkGradient(const GradientCall<T, R>& call, bool has5) {
+  ORV_REQUIRE(call.src.data, orvStatusNullPtr);
+  ORV_REQUIRE(call.src.step >= 1, orvStatusStep);
+  ORV_REQUIRE(stepsAligned<T>(call.src.step), orvStatusStepAlign);
+  ORV_REQUIRE(call.buffer, orvStatusNullPtr);
+  for (const Plane<R>& image : {call.gx, call.gy, call.mag})
+    if (const OrvStatus status = checkOutput(image)) return status;
+  ORV_REQUIRE(!call.mag.data || call.norm == orvGradientNormL1 || call.norm == orvGradientNormL2, orvStatusBadArg);
+  if (const OrvStatus status = checkOutput(call.angle)) return status;
+  ORV_REQUIRE(validRoi(call.roi), orvStatusSize);
+  const int32_t kind = borderKind(call.borderType);
+  ORV_REQUIRE(kind == orvBorderConst || kind == orvBorderRepl || kind == orvBorderInMem, orvStatusBadArg);
+  ORV_REQUIRE(call.maskSize == orvMaskSize3x3 || (has5 && call.maskSize == orvMaskSize5x5), orvStatusMaskSize);
+  return orvStatusOk;
+}
+
+template <class T, class R>
+OrvStatus sobelGradient(const GradientCall<T, R>& call, const GradientKernels<T, R>& of3,
+                        const GradientKernels<T, R>& of5) {
+  if (const OrvStatus status = checkGradient(call, true)) return status;
+  gradientRows(call, call.maskSize == orvMaskSize3x3 ? of3 : of5);
+  return orvStatusOk;
+}
+template <class T, class R>
+OrvStatus scharrGradient(const GradientCall<T, R>& call, const GradientKernels<T, R>& of3) {
+  if (const OrvStatus status = checkGradient(call, false)) return status;
+  gradientRows(call, of3);
+  return orvStatusOk;
+}
+
+}  // namespace
+
+OrvStatus orviGradientVectorGetBufferSize(OrvSize roiSize, OrvMaskSize maskSize, OrvDataType dataType,
+                                          int32_t numChannels, int32_t* bufferSize) {
+  ORV_REQUIRE(bufferSize, orvStatusNullPtr);
+  ORV_REQUIRE(validRoi(roiSize), orvStatusSize);
+  ORV_REQUIRE(validMask(maskSize), orvStatusMaskSize);
+  ORV_REQUIRE(dataType == orvData8u || dataType == orvData16u || dataType == orvData16s || dataType == orvData32f,
+              orvStatusDataType);
+  ORV_REQUIRE(numChannels == 1 || numChannels == 3, orvStatusChannels);
+  const bool small = maskSize == orvMaskSize3x3, wide = roiSize.width > roiSize.height;
+  const auto larger = (uint32_t)(wide ? roiSize.width : roiSize.height);
+  const auto smaller = (uint32_t)(wide ? roiSize.height : roiSize.width);
+  const uint32_t k = small ? 3 : 5;
+  const uint32_t rows = smaller < (small ? 4 : 8) ? k + smaller - 1 : small ? k : k + 1;
+  const uint32_t elements = (larger + k - 1) * rows * (uint32_t)numChannels, width = (uint32_t)roiSize.width;
+  const uint32_t bytes = dataType == orvData8u    ? elements + 4 * width
+                         : dataType == orvData32f ? 4 * elements + 8 * width
+                                                  : 2 * elements + 8 * width;
+  *bufferSize = (int32_t)bytes;
+  return orvStatusOk;
+}
+
+OrvStatus orviGradientVectorSobel_8u16s_C1R(const uint8_t* src, int32_t srcStep, int16_t* gx, int32_t gxStep,
+                                            int16_t* gy, int32_t gyStep, int16_t* mag, int32_t magStep, float* angle,
+                                            int32_t angleStep, OrvSize roiSize, OrvMaskSize maskSize, int32_t norm,
+                                            OrvBorderType borderType, uint8_t borderValue, uint8_t* buffer) {
+  return sobelGradient<uint8_t, int16_t>({{src, srcStep},
+                                          {gx, gxStep},
+                                          {gy, gyStep},
+                                          {mag, magStep},
+                                          {angle, angleStep},
+                                          roiSize,
+                                          maskSize,
+                                          norm,
+                                          borderType,
+                                          borderValue,
+                                          buffer},
+                                         {WIDEST(ByteGradients<Sobel3>), WIDEST(AddMagnitudes<int16_t>)},
+                                         {WIDEST(ByteGradients<Sobel5>), WIDEST(AddMagnitudes<int16_t>)});
+}
+OrvStatus orviGradientVectorSobel_32f_C1R(const float* src, int32_t srcStep, float* gx, int32_t gxStep, float* gy,
+                                          int32_t gyStep, float* mag, int32_t magStep, float* angle, int32_t angleStep,
+                                          OrvSize roiSize, OrvMaskSize maskSize, int32_t norm, OrvBorderType borderType,
+                                          float borderValue, uint8_t* buffer) {
+  return sobelGradient<float, float>({{src, srcStep},
+                                      {gx, gxStep},
+                                      {gy, gyStep},
+                                      {mag, magStep},
+                                      {angle, angleStep},
+                                      roiSize,
+                                      maskSize,
+                                      norm,
+                                      borderType,
+                                      borderValue,
+                                      buffer},
+                                     {WIDEST(FloatGradients<Sobel3>), WIDEST(AddMagnitudes<float>)},
+                                     {WIDEST(FloatGradients<Sobel5>), WIDEST(AddMagnitudes<float>)});
+}
+OrvStatus orviGradientVectorScharr_8u16s_C1R(const uint8_t* src, int32_t srcStep, int16_t* gx, int32_t gxStep,
+                                             int16_t* gy, int32_t gyStep, int16_t* mag, int32_t magStep, float* angle,
+                                             int32_t angleStep, OrvSize roiSize, OrvMaskSize maskSize, int32_t norm,
+                                             OrvBorderType borderType, uint8_t borderValue, uint8_t* buffer) {
+  return scharrGradient<uint8_t, int16_t>({{src, srcStep},
+                                           {gx, gxStep},
+                                           {gy, gyStep},
+                                           {mag, magStep},
+                                           {angle, angleStep},
+                                           roiSize,
+                                           maskSize,
+                                           norm,
+                                           borderType,
+                                           borderValue,
+                                           buffer},
+                                          {WIDEST(ByteGradients<Scharr3>), WIDEST(AddMagnitudes<int16_t>)});
+}
+OrvStatus orviGradientVectorScharr_32f_C1R(const float* src, int32_t srcStep, float* gx, int32_t gxStep, float* gy,
+                                           int32_t gyStep, float* mag, int32_t magStep, float* angle, int32_t angleStep,
+                                           OrvSize roiSize, OrvMaskSize maskSize, int32_t norm,
+                                           OrvBorderType borderType, float borderValue, uint8_t* buffer) {
+  return scharrGradient<float, float>({{src, srcStep},
+                                       {gx, gxStep},
+                                       {gy, gyStep},
+                                       {mag, magStep},
+                                       {angle, angleStep},
+                                       roiSize,
+                                       maskSize,
+                                       norm,
+                                       borderType,
+                                       borderValue,
+                                       buffer},
+                                      {WIDEST(FloatGradients<Scharr3>), WIDEST(AddMagnitudes<float>)});
+}
+
+#endif
