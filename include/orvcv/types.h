@@ -53,15 +53,18 @@ typedef struct {
   float rho, theta;
 } OrvPointPolar;
 
+/* The enumerated arguments are 32-bit integers, so that flags combine in C and C++ alike. */
+
 /* Element types, where one is an argument. */
-typedef enum {
+typedef int32_t OrvDataType;
+enum {
   orvData8u = 1,
   orvData8s = 3,
   orvData16u = 5,
   orvData16s = 7,
   orvData32f = 13,
   orvData64f = 19
-} OrvDataType;
+};
 
 /* What lies beyond the sides of a region: a kind (low four bits), and for each side a flag that says that the pixels
  * beyond it are real memory and are read as they are. With a line of n pixels, pixel p beyond its ends is:
@@ -72,7 +75,8 @@ typedef enum {
  *   orvBorderMirrR  the reflection with the end pixel repeated: -p - 1, or 2n - 1 - p
  *   orvBorderInMem  real memory on all four sides
  */
-typedef enum {
+typedef int32_t OrvBorderType;
+enum {
   orvBorderConst = 0,
   orvBorderRepl = 1,
   orvBorderWrap = 2,
@@ -83,9 +87,10 @@ typedef enum {
   orvBorderInMemBottom = 32,
   orvBorderInMemLeft = 64,
   orvBorderInMemRight = 128
-} OrvBorderType;
+};
 
 /* Codes of the fixed filter masks. */
-typedef enum { orvMaskSize3x3 = 33, orvMaskSize5x5 = 55 } OrvMaskSize;
+typedef int32_t OrvMaskSize;
+enum { orvMaskSize3x3 = 33, orvMaskSize5x5 = 55 };
 
 #endif
