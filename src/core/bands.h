@@ -35,6 +35,13 @@ static inline void runBands(bool threaded, int32_t height, const Rows& rows) {
   runTeam(owncvGetMaxNumThreads(), height, rows);
 }
 
+// Calls row(y) for each row, from a team of the library's thread count that shares the rows in a static loop.
+template <class Row>
+static inline void runRows(int32_t height, const Row& row) {
+#pragma omp parallel for schedule(static) num_threads(owncvGetMaxNumThreads())
+  for (int32_t y = 0; y < height; ++y) row(y);
+}
+
 // Whether a ROI has `limit` pixels or more. The area is a signed 32-bit product: one that overflows stays on one
 // thread.
 static inline bool areaReaches(OrvSize roi, int32_t limit) { return wrapMul(roi.width, roi.height) >= limit; }

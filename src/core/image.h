@@ -38,14 +38,22 @@ struct Plane {
   }
 };
 
+// The elements of a vector, at any address.
+template <class T>
+__attribute__((always_inline)) static inline Loose<T>* loose(T* p) {
+  return (Loose<T>*)(void*)(uintptr_t)p;
+}
+
 // The raw pointer of a loose row, for vector loads and stores, which take any address.
 template <class T>
 static inline T* raw(LooseElement<T>* p) {
-  return (T*)(void*)p;
+  void* const address = p;
+  return (T*)address;
 }
 template <class T>
 static inline const T* raw(const LooseElement<T>* p) {
-  return (const T*)(const void*)p;
+  const void* const address = p;
+  return (const T*)address;
 }
 
 }  // namespace ORV_VARIANT

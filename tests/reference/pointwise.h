@@ -26,4 +26,21 @@ void forEachElement(OrvSize roi, int channels, const Body& body) {
     for (int x = 0; x < roi.width * channels; ++x) body(y, x);
 }
 
+// dst = f(src), dst = f(src1, src2) for each element, as functions of images.
+template <class F>
+auto unary(int channels, F f) {
+  return [=](const auto* src, int32_t srcStep, auto* dst, int32_t dstStep, OrvSize roi) {
+    forEachElement(roi, channels, [&](int y, int x) { store(dst, dstStep, y, x, f(load(src, srcStep, y, x))); });
+  };
+}
+template <class F>
+auto binary(int channels, F f) {
+  return
+      [=](const auto* src1, int32_t step1, const auto* src2, int32_t step2, auto* dst, int32_t dstStep, OrvSize roi) {
+        forEachElement(roi, channels, [&](int y, int x) {
+          store(dst, dstStep, y, x, f(load(src1, step1, y, x), load(src2, step2, y, x)));
+        });
+      };
+}
+
 }  // namespace reference

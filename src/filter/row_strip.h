@@ -1,0 +1,84 @@
+// Driver of the row stage: for each row the strip, its two ends, the interior (include after core/vectors.h; read once
+// a width). The theory stands in row_stage.h.
+//
+// The strip of a row of at least `size` pixels, in pixels:
+//
+//   | anchor left border | first size - 1 | last size - 1 | size - 1 - anchor right border |
+//    <- windows of the first outputs ----> <- windows of the last outputs --------------->
+//
+// A shorter row has no interior. It is extended whole, and all its outputs are computed from the strip.
+#include "filter/row_border.h"
+#include "filter/row_stage.h"
+#if defined(ORV_ROW_STRIP_TOGGLE) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORV_ROW_STRIP_TOGGLE
+#undef ORV_ROW_STRIP_TOGGLE
+#else
+#define ORV_ROW_STRIP_TOGGLE
+#endif
+KERNELS_BEGIN
+
+// vector(d, x) for 0 <= x < n, with the largest vectors of at most Lanes that fit. The last one overlaps its
+// predecessor, so the results must not lie where the sources do.
+template <class T, int Lanes, class Vector>
+HWY_INLINE void OverlappedVectors(ptrdiff_t n, const Vector& vector) {
+  const hn::Simd<T, Lanes, 0> d;
+  if (n >= Lanes) {
+    ptrdiff_t x = 0;
+    for (; x + Lanes <= n; x += Lanes) vector(d, x);
+    if (x < n) vector(d, n - Lanes);
+  } else if constexpr (Lanes > 1) {
+    OverlappedVectors<T, (Lanes > 4 ? Lanes / 2 : 1)>(n, vector);
+  }
+}
+
+// Copies n < 2 * Count elements without a loop or a call.
+template <int Count, class T>
+HWY_INLINE void CopyFew(T* dst, const T* src, ptrdiff_t n) {
+  if constexpr (Count >= 1) {
+    const ptrdiff_t taken = n & Count;
+    if (taken) memcpy((void*)dst, src, Count * sizeof(T));
+    CopyFew<Count / 2>(dst + taken, src + taken, n);
+  }
+}
+
+// The outputs of a strip by whole vectors through a block of their own. They read up to a vector behind the strip,
+// which its size allows for.
+template <class T, class Pixel, class Dst, class Edge>
+HWY_INLINE void EdgeVectors(const Pixel* strip, Dst* dst, ptrdiff_t n, const Edge& edge) {
+  const hn::ScalableTag<T> d;
+  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T);
+  HWY_ALIGN Dst block[lanes];
+  for (ptrdiff_t x = 0; x < n; x += lanes) {
+    edge(d, strip + x, block);
+    CopyFew<lanes>(dst + x, block, n - x < lanes ? n - x : lanes);
+  }
+}
+
+// edge(d, s, out) and interior(d, s, out) store one vector of outputs whose windows begin at s. T is the type whose
+// lanes count the outputs of a vector.
+template <class T, int C, class Pixel, class Tap, class Dst, class Edge, class Interior>
+HWY_INLINE void FilterRows(Plane<const Pixel> src, Dst* const* dst, int32_t width, int32_t rows,
+                           const RowFilter<Pixel, Tap>& f, void* memory, const Edge& edge, const Interior& interior) {
+  Pixel* strip = (Pixel*)(((uintptr_t)memory + sizeof(Pixel) - 1) & ~(uintptr_t)(sizeof(Pixel) - 1));
+  const ptrdiff_t left = f.anchor, right = f.size - 1 - f.anchor, inside = (ptrdiff_t)width - left - right;
+  for (int32_t y = 0; y < rows; ++y) {
+    const Pixel* s = raw(src.row(y));
+    Dst* d = dst[y];
+    if (inside < 1) {
+      extendRow<Pixel, C>(s, strip, width, f.size, f.anchor, f.borderType, f.borderValue);
+      EdgeVectors<T>(strip, d, (ptrdiff_t)width * C, edge);
+      continue;
+    }
+    if (f.size > 1) {
+      fillBorder<Pixel, C>(s, strip, width, f.size, f.anchor, f.borderType, f.borderValue);
+      EdgeVectors<T>(strip, d, left * C, edge);
+      EdgeVectors<T>(strip + (left + f.size - 1) * C, d + (left + inside) * C, right * C, edge);
+    }
+    OverlappedVectors<T, HWY_MAX_BYTES / sizeof(T)>(
+        inside * C, VECTOR(tag, x) { interior(tag, s + x, d + left * C + x); });
+  }
+}
+#define ROW_VECTOR(d, s, out) [&](auto d, const auto* s, auto* out) __attribute__((always_inline))
+
+KERNELS_END
+#endif

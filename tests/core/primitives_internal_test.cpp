@@ -1,0 +1,280 @@
+// The vector and image primitives, each against its plain form.
+#include "core/primitives.h"
+#include "framework/sweep.h"
+#include "framework/vectors.h"
+#include "reference/pointwise.h"
+#include "reference/scaling.h"
+
+using namespace test;
+
+namespace {
+
+const auto same1 = [](auto v) { return v; };
+const std::vector<int32_t> scales = {0,  1,  2,   3,   5,   7,   8,   9,   10,        14,       15,
+                                     16, 17, 18,  29,  30,  31,  32,  99,  -1,        -2,       -6,
+                                     -7, -8, -14, -15, -16, -17, -30, -99, INT32_MIN, INT32_MAX};
+
+// A two-source function of images: apart, and with the destination in either source's place.
+template <class T, class F, class Plain, class... More>
+void sweepBinary(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
+  const auto in = [=](ImageRole<T> role) { return any ? wild(role) : role; };
+  const auto source = in(In<T>(channels)), both = in(InOut<T>(channels));
+  sweep(name, f, plain, threaded, source, source, Out<T>(channels), Roi(), more...);
+  sweep(name, inPlaceOfFirst(f), inPlaceOfFirst(plain), {}, source, both, Roi(), more...);
+  sweep(name, inPlaceOfSecond(f), inPlaceOfSecond(plain), {}, source, both, Roi(), more...);
+}
+
+template <class T, class F, class Plain, class... More>
+void sweepUnary(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
+  const auto in = [=](ImageRole<T> role) { return any ? wild(role) : role; };
+  sweep(name, f, plain, threaded, in(In<T>(channels)), Out<T>(channels), Roi(), more...);
+  sweep(name, inPlace(f), inPlace(plain), {}, in(InOut<T>(channels)), Roi(), more...);
+}
+
+template <class T, class F>
+void checkMemory(F allocate) {
+  const int32_t before = steeredLiveAllocations();
+  CHECK(allocate(0) == nullptr && allocate(-1) == nullptr);
+  T* const memory = allocate(37);
+  CHECK(memory != nullptr);
+  memset((void*)memory, 1, 37 * sizeof(T));  // all of it is there: the page beyond is protected
+  orvsFree(memory);
+  steerFailAllocation(1);
+  CHECK(allocate(37) == nullptr);
+  steerFailAllocation(0);
+  CHECK(steeredLiveAllocations() == before);
+}
+
+template <class T, class F>
+void checkSet(const char* name, F set, std::vector<T> values) {
+  const auto rows = [set](T* dst, int32_t step, OrvSize roi, T value) {
+    OrvStatus status = orvStatusOk;
+    for (int y = 0; y < roi.height; ++y) status |= set(value, rowOf(dst, step, y), roi.width);
+    return status;
+  };
+  const auto plain = [](T* dst, int32_t step, OrvSize roi, T value) {
+    reference::forEachElement(roi, 1, [&](int y, int x) { reference::store(dst, step, y, x, value); });
+  };
+  sweep(name, rows, plain, {}, Out<T>(), Roi(), Value<T>(values));
+}
+
+template <class T, class F>
+void checkZero(const char* name, F zero) {
+  checkSet<T>(name, [zero](T, T* dst, int32_t length) { return zero(dst, length); }, {0});
+}
+
+// src is the first operand, srcDst the second.
+template <class T, class Two, class One>
+void checkMin(const char* name, Two two, One one) {
+  const auto plain = reference::binary(1, [](T a, T b) { return a < b ? a : b; });
+  sweepBinary<T>(name, binaryRows(two), plain, {}, true, 1);
+  sweep(name, unaryRows(one), inPlaceOfSecond(plain), {}, wild(In<T>()), wild(InOut<T>()), Roi());
+}
+template <class T, class Two, class One>
+void checkMax(const char* name, Two two, One one) {
+  const auto plain = reference::binary(1, [](T a, T b) { return a > b ? a : b; });
+  sweepBinary<T>(name, binaryRows(two), plain, {}, true, 1);
+  sweep(name, unaryRows(one), inPlaceOfSecond(plain), {}, wild(In<T>()), wild(InOut<T>()), Roi());
+}
+
+template <class T, class F>
+void checkSub(const char* name, F f, int channels) {
+  const auto plain = [=](const T* a, int32_t aStep, const T* b, int32_t bStep, T* d, int32_t dStep, OrvSize roi,
+                         int32_t scale) {
+    const auto difference = [=](T p, T q) { return reference::scaled<T>((double)q - (double)p, scale); };
+    reference::binary(channels, difference)(a, aStep, b, bStep, d, dStep, roi);
+  };
+  sweepBinary<T>(name, f, plain, {70, 29}, false, channels, Value<int32_t>(scales));
+}
+
+template <class T, class F>
+void checkThreshold(const char* name, F f, Shape threaded, bool any, std::vector<T> thresholds, std::vector<T> values) {
+  const auto plain = [](const T* s, int32_t sStep, T* d, int32_t dStep, OrvSize roi, T threshold, T value,
+                        int32_t compare) {
+    const auto replace = [=](T v) { return (compare == 4 ? v > threshold : v < threshold) ? value : v; };
+    reference::unary(1, replace)(s, sStep, d, dStep, roi);
+  };
+  sweepUnary<T>(name, f, plain, threaded, any, 1, Value<T>(thresholds), Value<T>(values), Value<int32_t>({0, 4}));
+}
+
+}  // namespace
+
+TEST(memory) {
+  checkMemory<uint8_t>(orvsMalloc_8u);
+  checkMemory<uint16_t>(orvsMalloc_16u);
+  checkMemory<int32_t>(orvsMalloc_32s);
+  checkMemory<float>(orvsMalloc_32f);
+  checkMemory<double>(orvsMalloc_64f);
+}
+
+TEST(fills) {
+  checkSet<uint8_t>("orvsSet_8u", orvsSet_8u, {0, 1, 200, 255});
+  checkSet<int16_t>("orvsSet_16s", orvsSet_16s, {-32768, -2, 0x1234, 32767});
+  checkSet<int32_t>("orvsSet_32s", orvsSet_32s, {INT32_MIN, -1, 0x12345678, INT32_MAX});
+  checkSet<float>("orvsSet_32f", orvsSet_32f, {-0.f, 1.5f, INFINITY});
+  checkZero<uint8_t>("orvsZero_8u", orvsZero_8u);
+  checkZero<int16_t>("orvsZero_16s", orvsZero_16s);
+  checkZero<int32_t>("orvsZero_32s", orvsZero_32s);
+  checkZero<float>("orvsZero_32f", orvsZero_32f);
+  const auto image8u = [](uint8_t* dst, int32_t step, OrvSize roi, uint8_t v) {
+    return orviSet_8u_C1R(v, dst, step, roi);
+  };
+  const auto image16s = [](int16_t* dst, int32_t step, OrvSize roi, int16_t v) {
+    return orviSet_16s_C1R(v, dst, step, roi);
+  };
+  const auto plain = [](auto* dst, int32_t step, OrvSize roi, auto value) {
+    reference::forEachElement(roi, 1, [&](int y, int x) { reference::store(dst, step, y, x, value); });
+  };
+  sweep("orviSet_8u_C1R", image8u, plain, {}, Out<uint8_t>(), Roi(), Value<uint8_t>({0, 77, 255}));
+  sweep("orviSet_16s_C1R", image16s, plain, {}, Out<int16_t>(), Roi(), Value<int16_t>({0, -77, 32767}));
+}
+
+TEST(copies) {
+  const auto plain = reference::unary(1, same1), plain3 = reference::unary(3, same1),
+             plain4 = reference::unary(4, same1);
+  sweepUnary<uint8_t>("orvsCopy_8u", unaryRows(orvsCopy_8u), plain, {}, false, 1);
+  sweepUnary<int16_t>("orvsCopy_16s", unaryRows(orvsCopy_16s), plain, {}, false, 1);
+  sweepUnary<float>("orvsCopy_32f", unaryRows(orvsCopy_32f), plain, {}, true, 1);
+  sweepUnary<uint8_t>("orviCopy_8u_C1R", orviCopy_8u_C1R, plain, {}, false, 1);
+  sweepUnary<uint8_t>("orviCopy_8u_C3R", orviCopy_8u_C3R, plain3, {}, false, 3);
+  sweepUnary<uint8_t>("orviCopy_8u_C4R", orviCopy_8u_C4R, plain4, {}, false, 4);
+  sweepUnary<int16_t>("orviCopy_16s_C1R", orviCopy_16s_C1R, plain, {}, false, 1);
+  sweepUnary<uint16_t>("orviCopy_16u_C1R", orviCopy_16u_C1R, plain, {}, false, 1);
+  sweepUnary<float>("orviCopy_32f_C1R", orviCopy_32f_C1R, plain, {}, true, 1);
+  sweepUnary<float>("orviCopy_32f_C3R", orviCopy_32f_C3R, plain3, {}, true, 3);
+  sweepUnary<float>("orviCopy_32f_C4R", orviCopy_32f_C4R, plain4, {}, true, 4);
+  const auto widen = [](auto v) { return (float)v; };
+  sweep("orviConvert_16u32f_C1R", orviConvert_16u32f_C1R, reference::unary(1, widen), {}, In<uint16_t>(), Out<float>(),
+        Roi());
+  sweep("orviConvert_8u32f_C3R", orviConvert_8u32f_C3R, reference::unary(3, widen), {}, In<uint8_t>(3), Out<float>(3),
+        Roi());
+}
+
+TEST(extrema) {
+  checkMin<uint8_t>("orvsMinEvery_8u", orvsMinEvery_8u, orvsMinEvery_8u_I);
+  checkMin<uint16_t>("orvsMinEvery_16u", orvsMinEvery_16u, orvsMinEvery_16u_I);
+  checkMin<float>("orvsMinEvery_32f", orvsMinEvery_32f, orvsMinEvery_32f_I);
+  checkMin<double>("orvsMinEvery_64f", orvsMinEvery_64f, orvsMinEvery_64f_I);
+  checkMax<uint8_t>("orvsMaxEvery_8u", orvsMaxEvery_8u, orvsMaxEvery_8u_I);
+  checkMax<uint16_t>("orvsMaxEvery_16u", orvsMaxEvery_16u, orvsMaxEvery_16u_I);
+  checkMax<float>("orvsMaxEvery_32f", orvsMaxEvery_32f, orvsMaxEvery_32f_I);
+  checkMax<double>("orvsMaxEvery_64f", orvsMaxEvery_64f, orvsMaxEvery_64f_I);
+  const auto least = reference::binary(1, [](int16_t a, int16_t b) { return a < b ? a : b; });
+  const auto most = reference::binary(1, [](int16_t a, int16_t b) { return a > b ? a : b; });
+  sweep("orvsMinEvery_16s_I", unaryRows(orvsMinEvery_16s_I), inPlaceOfSecond(least), {}, In<int16_t>(),
+        InOut<int16_t>(), Roi());
+  sweep("orvsMaxEvery_16s_I", unaryRows(orvsMaxEvery_16s_I), inPlaceOfSecond(most), {}, In<int16_t>(), InOut<int16_t>(),
+        Roi());
+}
+
+TEST(roots_and_lengths) {
+  sweepUnary<float>("orvsSqrt_32f", unaryRows(orvsSqrt_32f), reference::unary(1, [](float v) { return sqrtf(v); }),
+                    {5003, 2}, true, 1);
+  sweepBinary<float>("orvsMagnitude_32f", binaryRows(orvsMagnitude_32f),
+                     reference::binary(1, [](float a, float b) { return sqrtf(a * a + b * b); }), {}, true, 1);
+  const auto plain = [](const int16_t* a, int32_t aStep, const int16_t* b, int32_t bStep, int16_t* d, int32_t dStep,
+                        OrvSize roi, int32_t scale) {
+    const auto length = [=](int16_t re, int16_t im) {
+      return reference::scaled<int16_t>(sqrt((double)re * re + (double)im * im), scale);
+    };
+    reference::binary(1, length)(a, aStep, b, bStep, d, dStep, roi);
+  };
+  sweepBinary<int16_t>("orvsMagnitude_16s_Sfs", binaryRows(orvsMagnitude_16s_Sfs), plain, {2100, 2}, false, 1,
+                       Value<int32_t>(scales));
+}
+
+// All of re against a few im: exact roots, ties of every scale, sums just above and below a tie, and 2^31.
+TEST(lengths_round_once) {
+  std::vector<int16_t> re(65536), im(65536), d(65536);
+  for (int i = 0; i < 65536; ++i) re[(size_t)i] = (int16_t)(i - 32768);
+  for (const int fixed : {0, 1, 2, 180, 181, 4095, 23170, 32767, -32768}) {
+    std::fill(im.begin(), im.end(), (int16_t)fixed);
+    for (const int32_t scale : {0, 1, 2, 3, 8, 15, 16, 17, -1, -4, -15}) {
+      orvsMagnitude_16s_Sfs(re.data(), im.data(), d.data(), 65536, scale);
+      for (size_t i = 0; i < 65536; ++i) {
+        const double exact = sqrt((double)re[i] * re[i] + (double)fixed * fixed);
+        const int16_t want = reference::scaled<int16_t>(exact, scale);
+        if (d[i] != want) fail("|(%d, %d)|, scale %d: %d, not %d", re[i], fixed, (int)scale, d[i], want);
+      }
+    }
+  }
+}
+
+TEST(differences) {
+  const auto minus = [](float a, float b) { return b - a; };
+  sweepBinary<float>("orviSub_32f_C1R", orviSub_32f_C1R, reference::binary(1, minus), {70, 29}, true, 1);
+  sweepBinary<float>("orviSub_32f_C3R", orviSub_32f_C3R, reference::binary(3, minus), {}, true, 3);
+  sweepBinary<float>("orviSub_32f_C4R", orviSub_32f_C4R, reference::binary(4, minus), {}, true, 4);
+  checkSub<uint8_t>("orviSub_8u_C1RSfs", orviSub_8u_C1RSfs, 1);
+  checkSub<uint8_t>("orviSub_8u_C3RSfs", orviSub_8u_C3RSfs, 3);
+  checkSub<uint8_t>("orviSub_8u_C4RSfs", orviSub_8u_C4RSfs, 4);
+  checkSub<uint16_t>("orviSub_16u_C1RSfs", orviSub_16u_C1RSfs, 1);
+  checkSub<int16_t>("orviSub_16s_C1RSfs", orviSub_16s_C1RSfs, 1);
+}
+
+// Every difference of 16-bit numbers at every scale that matters: all ties of both signs, all ends.
+TEST(differences_round_to_even) {
+  std::vector<int16_t> a(131071), b(131071), d(131071);
+  for (int i = 0; i < 131071; ++i) {
+    const int difference = i - 65535;
+    b[(size_t)i] = (int16_t)(difference / 2);
+    a[(size_t)i] = (int16_t)(b[(size_t)i] - difference);
+  }
+  for (int32_t scale = -18; scale <= 19; ++scale) {
+    orviSub_16s_C1RSfs(a.data(), 1 << 20, b.data(), 1 << 20, d.data(), 1 << 20, {131071, 1}, scale);
+    for (int i = 0; i < 131071; ++i) {
+      const int16_t want = reference::scaled<int16_t>((double)b[(size_t)i] - (double)a[(size_t)i], scale);
+      if (d[(size_t)i] != want) fail("%d at scale %d: %d, not %d", i - 65535, (int)scale, d[(size_t)i], want);
+    }
+  }
+}
+
+TEST(products) {
+  const auto floats = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
+    return orviMulC_32f_C1R(s, sStep, v, d, dStep, roi);
+  };
+  const auto plain = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
+    reference::unary(1, [=](float p) { return p * v; })(s, sStep, d, dStep, roi);
+  };
+  sweepUnary<float>("orviMulC_32f_C1R", floats, plain, {70, 29}, true, 1, Value<float>({0.03125f, -3.f, 0.f, 1e30f}));
+  const auto shorts = [](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
+                         int32_t scale) { return orviMulC_16s_C1RSfs(s, sStep, v, d, dStep, roi, scale); };
+  const auto plainShorts = [](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
+                              int32_t scale) {
+    const auto product = [=](int16_t p) { return reference::scaled<int16_t>((double)p * v, scale); };
+    reference::unary(1, product)(s, sStep, d, dStep, roi);
+  };
+  for (const bool plainScale : {true, false})
+    sweepUnary<int16_t>("orviMulC_16s_C1RSfs", shorts, plainShorts, {70, 29}, false, 1,
+                        Value<int16_t>({-32768, -300, -1, 0, 1, 4, 32767}),
+                        Value<int32_t>(plainScale ? std::vector<int32_t>{0} : scales));
+}
+
+TEST(thresholds) {
+  checkThreshold<uint8_t>("orviThreshold_Val_8u_C1R", orviThreshold_Val_8u_C1R, {}, false, {0, 1, 127, 128, 254, 255},
+                          {0, 3, 255});
+  for (const int32_t cache : {32 << 20, -1}) {
+    steerCache(cache);
+    checkThreshold<uint16_t>("orviThreshold_Val_16u_C1R", orviThreshold_Val_16u_C1R, {520, 513}, false,
+                             {0, 1, 32767, 32768, 65535}, {0, 3, 65535});
+  }
+  steerCache(32 << 20);
+  const auto above = [](auto s, int32_t sStep, auto d, int32_t dStep, OrvSize roi, auto threshold, auto value) {
+    reference::unary(1, [=](auto v) { return v > threshold ? value : v; })(s, sStep, d, dStep, roi);
+  };
+  sweepUnary<uint8_t>("orviThreshold_GTVal_8u_C1R", orviThreshold_GTVal_8u_C1R, above, {}, false, 1,
+                      Value<uint8_t>({0, 128}), Value<uint8_t>({255}));
+  sweepUnary<uint16_t>("orviThreshold_GTVal_16u_C1R", orviThreshold_GTVal_16u_C1R, above, {}, false, 1,
+                       Value<uint16_t>({0, 40000}), Value<uint16_t>({65535}));
+  const auto clip = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, int32_t compare, float t) {
+    const auto limit = [=](float v) { return (compare == 4 ? v > t : v < t) ? t : v; };
+    reference::unary(1, limit)(s, sStep, d, dStep, roi);
+  };
+  const auto clipBelow = [clip](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float t) {
+    clip(s, sStep, d, dStep, roi, 0, t);
+  };
+  sweepUnary<float>("orviThreshold_32f_C1R", orviThreshold_32f_C1R, clip, {}, true, 1, Value<int32_t>({0, 4}),
+                    Value<float>({0.f, -0.f, 17.f}));
+  sweepUnary<float>("orviThreshold_LT_32f_C1R", orviThreshold_LT_32f_C1R, clipBelow, {}, true, 1,
+                    Value<float>({0.f, -3.f}));
+}
