@@ -41,7 +41,7 @@ find_package(orvcv 8.2 REQUIRED)
 add_executable(client client.cpp)
 target_link_libraries(client PRIVATE orvcv::orvcv orvcv::orvcore)
 END
-"$cmake" -S "$work/cpp" -B "$work/cpp/build" "-DCMAKE_PREFIX_PATH=$prefix" "-DCMAKE_CXX_COMPILER=$cxx" \
+"$cmake" -G Ninja -S "$work/cpp" -B "$work/cpp/build" "-DCMAKE_PREFIX_PATH=$prefix" "-DCMAKE_CXX_COMPILER=$cxx" \
   "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Werror $sanitizers" >/dev/null
 "$cmake" --build "$work/cpp/build" >/dev/null
 "$work/cpp/build/client"
