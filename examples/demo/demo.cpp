@@ -141,13 +141,13 @@ void showAverages(Sheet& sheet, const Bytes& photo) {
   sheet.picture(running.image, "running", "running average, alpha " + number(alpha, 1),
                 error(running.image) + "Each frame counts a tenth less than the next.", "orviAddWeighted_8u32f_C1IR",
                 running.seconds);
+  const auto left = difference(one, mean.image);
+  sheet.picture(amplified(left.image, 4), "noise", "frame against mean", "The noise that the mean removed, times 4.",
+                "orviAbsDiff_8u_C3R", left.seconds);
   const OrvPoint corner{photo.width * 3 / 8, photo.height * 3 / 8};
   const OrvSize detail{photo.width / 4, photo.height / 4};
   sheet.picture(cropped(one, corner, detail), "noisy_detail", "one frame, detail", "The middle, magnified.");
   sheet.picture(cropped(mean.image, corner, detail), "average_detail", "mean, detail", "The same place.");
-  const auto left = difference(one, mean.image);
-  sheet.picture(amplified(left.image, 4), "noise", "frame against mean", "The noise that the mean removed, times 4.",
-                "orviAbsDiff_8u_C3R", left.seconds);
 }
 
 void run(const std::string& directory, const std::string& path) {
