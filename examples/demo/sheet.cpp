@@ -69,7 +69,7 @@ void Sheet::picture(const Bytes& image, const std::string& stem, const std::stri
 }
 
 std::string Sheet::finish(const std::string& title) {
-  const std::string path = directory_ + "/index.html";
+  std::string path = directory_ + "/index.html";
   std::ofstream out(path);
   out << "<!doctype html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
       << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" << escaped(title)
