@@ -1,6 +1,7 @@
 // Row stage of 32f. The order of the additions is part of the contract: rising, but symmetric kernels of 3 and 5 taps
 // add the two pixels of a tap first.
 #include <string.h>
+#include <type_traits>
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/row_stage_32f.cpp"
 #include "core/kernels.h"
@@ -12,14 +13,14 @@ KERNELS_BEGIN
 
 // Forms of the window sum of N vectors of outputs; pixels(i, v) is what tap i multiplies in vector v.
 struct Rising {
-  template <class D, int N, int Size, class Pixels>
-  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<Size>& k, const Pixels& pixels) const {
+  template <class D, int N, int Size, class Window>
+  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<Size>& k, const Window& pixels) const {
     RisingSums(d, sum, k, pixels);
   }
 };
 struct Symmetric3 {
-  template <class D, int N, class Pixels>
-  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<3>& k, const Pixels& pixels) const {
+  template <class D, int N, class Window>
+  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<3>& k, const Window& pixels) const {
     Repeat<N>(EACH(v) {
       const auto s = EACH(i) { return pixels(i, v); };
       sum[v] = hn::Add(hn::Mul(hn::Set(d, k[0]), hn::Add(s(0), s(2))), hn::Mul(hn::Set(d, k[1]), s(1)));
@@ -27,8 +28,8 @@ struct Symmetric3 {
   }
 };
 struct Symmetric5 {
-  template <class D, int N, class Pixels>
-  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<5>& k, const Pixels& pixels) const {
+  template <class D, int N, class Window>
+  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<5>& k, const Window& pixels) const {
     Repeat<N>(EACH(v) {
       const auto s = EACH(i) { return pixels(i, v); };
       const auto outer = hn::Mul(hn::Set(d, k[0]), hn::Add(s(0), s(4)));
@@ -37,6 +38,42 @@ struct Symmetric5 {
     });
   }
 };
+
+// Pixels of N vectors of windows that begin at s, for a kernel of Size taps, or of any size.
+template <int N, int C, class D>
+struct MovedPixels {
+  const float* s;
+
+  HWY_INLINE auto operator()(ptrdiff_t i, ptrdiff_t v) const {
+    return hn::LoadU(D(), s + i * C + v * (ptrdiff_t)hn::MaxLanes(D()));
+  }
+};
+#if HWY_TARGET <= HWY_AVX3
+// Nearly every load of 64 bytes at a moved address touches two cache lines and takes twice as long. For small kernels
+// each vector is loaded once, and the windows are cut out of neighbours. The last load is masked: nothing behind the
+// row is read.
+template <int N, int C, int Size>
+struct CutPixels {
+  hn::Vec512<float> part[N + 1];
+
+  HWY_INLINE explicit CutPixels(const float* s) {
+    constexpr int behind = (Size - 1) * C;
+    static_assert(behind <= 16, "the windows reach into one more vector");
+    Repeat<N>(EACH(v) { part[v].raw = _mm512_loadu_ps(s + 16 * v); });
+    part[N].raw = _mm512_maskz_loadu_ps((__mmask16)((1 << behind) - 1), s + 16 * N);
+  }
+  HWY_INLINE hn::Vec512<float> operator()(ptrdiff_t i, ptrdiff_t v) const {
+    if (i == 0) return part[v];
+    const auto lanes = hn::Iota(hn::Full512<int32_t>(), (int32_t)i * C);
+    return hn::Vec512<float>{_mm512_permutex2var_ps(part[v].raw, lanes.raw, part[v + 1].raw)};
+  }
+};
+template <int N, int C, int Size, class D>
+using Pixels = std::conditional_t<(N > 1 && Size > 0), CutPixels<N, C, Size>, MovedPixels<N, C, D>>;
+#else
+template <int N, int C, int Size, class D>
+using Pixels = MovedPixels<N, C, D>;
+#endif
 
 // The taps and the order of their sum, as FilterRows() takes them.
 template <int C, int Size, class Form>
@@ -48,10 +85,7 @@ struct FloatRow {
   HWY_INLINE void operator()(Count<N>, D d, const float* s, float* out) const {
     constexpr ptrdiff_t lanes = hn::MaxLanes(d);
     hn::VFromD<D> sum[N];
-    form(
-        d, sum, taps, [&](ptrdiff_t i, ptrdiff_t v) __attribute__((always_inline)) {
-          return hn::LoadU(d, s + i * C + v * lanes);
-        });
+    form(d, sum, taps, Pixels<N, C, Size, D>{s});
     Repeat<N>(EACH(v) { hn::StoreU(sum[v], d, out + v * lanes); });
   }
 };
