@@ -1,11 +1,20 @@
-/* stand-in, replaced below */
-#include <stdint.h>
-#include <stdlib.h>
-#define API __attribute__((visibility("default")))
-API int32_t orvGetCpuFeatures(uint64_t* f, uint32_t* r) { (void)f; (void)r; return 0; }
-API uint64_t orvGetEnabledCpuFeatures(void) { return 0x30; }
-API int32_t ownGetNumThreads(void) { return 2; }
-API int32_t orvGetNumCoresOnDie(void) { return 2; }
-API int32_t orvGetMaxCacheSizeB(int32_t* size) { *size = 32 << 20; return 0; }
-API void* orvMalloc(int32_t bytes) { return malloc((size_t)bytes); }
-API void orvFree(void* p) { free(p); }
+/* The library-wide thread count. */
+#include <stdatomic.h>
+#include "orvcore.h"
+
+/* 0 until the program sets it. */
+static _Atomic int32_t chosen;
+
+OrvStatus orvSetNumThreads(int32_t threads) {
+  if (threads < 1 || threads > orvMaxThreads) return orvStatusBadArg;
+  atomic_store(&chosen, threads);
+  return orvStatusOk;
+}
+
+int32_t orvGetNumThreads(void) {
+  int32_t threads = atomic_load(&chosen);
+  if (!threads) threads = orvGetNumCoresOnDie();
+  return threads < orvMaxThreads ? threads : orvMaxThreads;
+}
+
+int32_t ownGetNumThreads(void) { return orvGetNumThreads(); }

@@ -6,8 +6,8 @@
 // Scale 0: r, the truncated float root of n, is at most one below the nearest whole number. Whether r + 1 is nearer is
 // decided in whole numbers: sqrt(n) > r + 1/2 is n > r * r + r. There are no ties.
 //
-// Other scales: in double precision. A root that is no whole number is at least 2^-18 away from any tie of its scaled
-// value, so one rounding of the scaled root is exact; true ties come from exact roots.
+// Other scales: in double precision. A root that is no tie of its scale differs from any by more than 2^-34 of itself,
+// far above the error of 2^-53, so rounding the scaled root is right; true ties come from exact roots.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "core/vector_magnitude.cpp"
 #include "core/kernels.h"

@@ -1,5 +1,4 @@
-// What lies beyond the sides of a region: the index rule that all families share, and the whole-image copies with a
-// border.
+// What lies beyond the sides of a region: the index rule that all families share.
 //
 // A border type holds a kind (low four bits), which says how missing pixels are made, and a flag for each side beyond
 // which the pixels are real memory. Along a line of n pixels, for pixel p beyond its ends:
