@@ -51,15 +51,21 @@ HWY_INLINE void CopyFew(T* dst, const T* src, ptrdiff_t n) {
   }
 }
 
-// The outputs of a strip by whole vectors through a block of their own. They read up to a vector behind the strip,
-// which its size allows for. Not inlined: one copy serves both ends, and it may not cost the interior its registers.
+// The outputs of a strip. Few are computed one by one: a vector would have to wait until all pieces of the strip, and
+// with them all results stored before, have left the processor's store queue. Many are computed by whole vectors
+// through a block of their own; these read up to a vector behind the strip, which its size allows for.
+//
+// Not inlined: one copy serves both ends, and it may not cost the interior its registers.
 template <class T, class Pixel, class Dst, class Edge>
-HWY_NOINLINE void EdgeVectors(const Pixel* strip, Dst* dst, ptrdiff_t n, const Edge& edge) {
-  const hn::ScalableTag<T> d;
-  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T);
+HWY_NOINLINE void EdgeOutputs(const Pixel* strip, Dst* dst, ptrdiff_t n, int32_t size, const Edge& edge) {
+  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T), fewProducts = 64;
+  if (n * size <= fewProducts) {
+    for (ptrdiff_t x = 0; x < n; ++x) edge(Count<1>(), hn::Simd<T, 1, 0>(), strip + x, dst + x);
+    return;
+  }
   HWY_ALIGN Dst block[lanes];
   for (ptrdiff_t x = 0; x < n; x += lanes) {
-    edge(Count<1>(), d, strip + x, block);
+    edge(Count<1>(), hn::ScalableTag<T>(), strip + x, block);
     CopyFew<lanes>(dst + x, block, n - x < lanes ? n - x : lanes);
   }
 }
@@ -76,13 +82,13 @@ HWY_INLINE void FilterRows(Plane<const Pixel> src, Dst* const* dst, int32_t widt
     Dst* d = dst[y];
     if (inside < 1) {
       extendRow<Pixel, C>(s, strip, width, f.size, f.anchor, f.borderType, f.borderValue);
-      EdgeVectors<T>(strip, d, (ptrdiff_t)width * C, edge);
+      EdgeOutputs<T>(strip, d, (ptrdiff_t)width * C, f.size, edge);
       continue;
     }
     if (f.size > 1) {
       fillBorder<Pixel, C>(s, strip, width, f.size, f.anchor, f.borderType, f.borderValue);
-      EdgeVectors<T>(strip, d, left * C, edge);
-      EdgeVectors<T>(strip + (left + f.size - 1) * C, d + (left + inside) * C, right * C, edge);
+      EdgeOutputs<T>(strip, d, left * C, f.size, edge);
+      EdgeOutputs<T>(strip + (left + f.size - 1) * C, d + (left + inside) * C, right * C, f.size, edge);
     }
     OverlappedGroups<T, N>(
         inside * C, VECTOR_GROUP(n, tag, x) { interior(n, tag, s + x, d + left * C + x); });
