@@ -42,22 +42,36 @@ HWY_INLINE hn::VFromD<Double> UpperWide(hn::VFromD<Tag<float>> v) {
   return hn::PromoteTo(Double(), hn::UpperHalf(hn::Half<Tag<float>>(), v));
 }
 
-// Zeroes a 64-bit value where the mask of its float is not set.
+// Zeroes 64-bit values where the mask of their floats is not set.
 HWY_INLINE hn::VFromD<Double> KeptLower(AllLanes, hn::VFromD<Double> v) { return v; }
 HWY_INLINE hn::VFromD<Double> KeptUpper(AllLanes, hn::VFromD<Double> v) { return v; }
-using Half32 = hn::Half<hn::ScalableTag<int32_t>>;
-template <class Mask>
-HWY_INLINE hn::VFromD<Double> KeptLower(Mask keep, hn::VFromD<Double> v) {
-  const auto lanes = hn::BitCast(hn::ScalableTag<int32_t>(), hn::VecFromMask(Tag<float>(), keep));
-  const auto wide = hn::PromoteTo(hn::ScalableTag<int64_t>(), hn::LowerHalf(Half32(), lanes));
-  return hn::And(v, hn::BitCast(Double(), wide));
+using Mask32 = hn::MFromD<Tag<float>>;
+using Mask64 = hn::MFromD<Double>;
+#if HWY_TARGET <= HWY_AVX3
+HWY_INLINE hn::VFromD<Double> KeptLower(Mask32 keep, hn::VFromD<Double> v) {
+  return hn::IfThenElseZero(Mask64{(__mmask8)keep.raw}, v);
 }
-template <class Mask>
-HWY_INLINE hn::VFromD<Double> KeptUpper(Mask keep, hn::VFromD<Double> v) {
-  const auto lanes = hn::BitCast(hn::ScalableTag<int32_t>(), hn::VecFromMask(Tag<float>(), keep));
-  const auto wide = hn::PromoteTo(hn::ScalableTag<int64_t>(), hn::UpperHalf(Half32(), lanes));
-  return hn::And(v, hn::BitCast(Double(), wide));
+HWY_INLINE hn::VFromD<Double> KeptUpper(Mask32 keep, hn::VFromD<Double> v) {
+  return hn::IfThenElseZero(Mask64{(__mmask8)(keep.raw >> 8)}, v);
 }
+#else
+// Each lane of the mask twice over.
+template <class Half>
+HWY_INLINE hn::VFromD<Double> Doubled(Half lanes) {
+#if HWY_TARGET == HWY_SSSE3
+  return hn::VFromD<Double>{_mm_castps_pd(_mm_unpacklo_ps(lanes.raw, lanes.raw))};
+#else
+  const auto bits = hn::BitCast(hn::Half<hn::ScalableTag<int32_t>>(), lanes);
+  return hn::BitCast(Double(), hn::PromoteTo(hn::ScalableTag<int64_t>(), bits));
+#endif
+}
+HWY_INLINE hn::VFromD<Double> KeptLower(Mask32 keep, hn::VFromD<Double> v) {
+  return hn::And(v, Doubled(hn::LowerHalf(hn::Half<Tag<float>>(), hn::VecFromMask(Tag<float>(), keep))));
+}
+HWY_INLINE hn::VFromD<Double> KeptUpper(Mask32 keep, hn::VFromD<Double> v) {
+  return hn::And(v, Doubled(hn::UpperHalf(hn::Half<Tag<float>>(), hn::VecFromMask(Tag<float>(), keep))));
+}
+#endif
 
 // Sixteen lanes, and their sum from lane 0 up.
 struct DoubleSums {

@@ -64,22 +64,21 @@ struct BlockPlace {
 template <class T, bool Masked>
 HWY_INLINE void BlockExtremes(const Sources<T>& s, const BlockPlace& block, Bits<T>* low, Bits<T>* high) {
   const Tag<T> d;
-  const auto none = hn::Set(d, Largest<Bits<T>>()), least = hn::Set(d, Smallest<Bits<T>>());
+  const auto none = Ranked<Bits<T>>(hn::Set(d, Largest<Bits<T>>()));
+  const auto least = Ranked<Bits<T>>(hn::Set(d, Smallest<Bits<T>>()));
   auto lows = none, highs = least;
   for (ptrdiff_t y = block.y; y < block.y + block.rows; ++y)
     RowStrips<T, false>(
         s, y, block.x, block.x + block.count, FEED(const Strip<T>& strip) {
           Feed<T, false, Masked>(
               strip, FEED(auto, auto keep, auto v, auto) {
-                v = Ordered<T>(v);
-                lows = hn::Min(KeptOr(d, keep, v, none), lows);
-                highs = hn::Max(KeptOr(d, keep, v, least), highs);
+                v = Ranked<Bits<T>>(Ordered<T>(v));
+                lows = Lesser(KeptOr(d, keep, v, none), lows);
+                highs = Greater(KeptOr(d, keep, v, least), highs);
               });
         });
-  *low = Fold(
-      d, lows, FEED(auto a, auto b) { return hn::Min(a, b); });
-  *high = Fold(
-      d, highs, FEED(auto a, auto b) { return hn::Max(a, b); });
+  *low = LeastLane<Bits<T>>(lows);
+  *high = GreatestLane<Bits<T>>(highs);
 }
 
 // The first pixel of a block that equals `value`.

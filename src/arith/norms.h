@@ -68,13 +68,10 @@ template <class B>
 struct Peak {
   hn::VFromD<Tag<B>> most;
 
-  HWY_INLINE Peak() : most(hn::Zero(Tag<B>())) {}
-  HWY_INLINE void Add(hn::VFromD<Tag<B>> v) { most = hn::Max(v, most); }
+  HWY_INLINE Peak() : most(Ranked<B>(hn::Zero(Tag<B>()))) {}
+  HWY_INLINE void Add(hn::VFromD<Tag<B>> v) { most = Greater(Ranked<B>(v), most); }
   HWY_INLINE void Tally(ptrdiff_t) {}
-  HWY_INLINE B Total() {
-    return Fold(
-        Tag<B>(), most, FEED(auto a, auto b) { return hn::Max(a, b); });
-  }
+  HWY_INLINE B Total() { return GreatestLane<B>(most); }
 };
 
 template <class B, bool Squares>

@@ -102,6 +102,52 @@ HWY_INLINE hn::VFromD<D> KeptOr(D, hn::MFromD<D> keep, hn::VFromD<D> v, hn::VFro
   return hn::IfThenElse(keep, v, other);
 }
 
+// f folded over all lanes, halves first.
+template <class D, class F>
+HWY_INLINE hn::TFromD<D> Fold(D d, hn::VFromD<D> v, const F& f) {
+  if constexpr (hn::MaxLanes(d) == 1) {
+    return hn::GetLane(v);
+  } else {
+    const hn::Half<D> half;
+    return Fold(half, f(hn::LowerHalf(half, v), hn::UpperHalf(half, v)), f);
+  }
+}
+
+// The smaller and the larger lane; of floats the second where neither is (NaN, zeros). SSSE3 compares 16-bit lanes as
+// signed numbers only: there 16u are ranked with the sign bit flipped, and stay so until the end.
+template <class B>
+constexpr bool kFlipped = std::is_same<B, uint16_t>::value&& HWY_MAX_BYTES == 16;
+template <class B>
+HWY_INLINE hn::VFromD<Tag<B>> Ranked(hn::VFromD<Tag<B>> v) {
+  if constexpr (kFlipped<B>) return hn::Xor(v, hn::Set(Tag<B>(), 0x8000));
+  else return v;
+}
+template <class V, class B = hn::TFromV<V>>
+HWY_INLINE V Lesser(V a, V b) {
+  if constexpr (kFlipped<B>) return V{_mm_min_epi16(a.raw, b.raw)};
+  else return hn::Min(a, b);
+}
+template <class V, class B = hn::TFromV<V>>
+HWY_INLINE V Greater(V a, V b) {
+  if constexpr (kFlipped<B>) return V{_mm_max_epi16(a.raw, b.raw)};
+  else return hn::Max(a, b);
+}
+// The largest of ranked lanes, and the smallest, as elements again.
+template <class B>
+HWY_INLINE B GreatestLane(hn::VFromD<Tag<B>> v) {
+  const B most = Fold(
+      Tag<B>(), v, FEED(auto a, auto b) { return Greater(a, b); });
+  if constexpr (kFlipped<B>) return (B)(most ^ 0x8000);
+  else return most;
+}
+template <class B>
+HWY_INLINE B LeastLane(hn::VFromD<Tag<B>> v) {
+  const B least = Fold(
+      Tag<B>(), v, FEED(auto a, auto b) { return Lesser(a, b); });
+  if constexpr (kFlipped<B>) return (B)(least ^ 0x8000);
+  else return least;
+}
+
 // The first `count` elements of a vector, at most all of it; the others are 0. Nothing beyond them is read.
 template <class D, class B = hn::TFromD<D>>
 HWY_INLINE hn::VFromD<D> LoadRest(D d, const B* p, ptrdiff_t count) {

@@ -22,17 +22,6 @@ using D32 = hn::ScalableTag<int32_t>;
 using D64 = hn::ScalableTag<uint64_t>;
 constexpr ptrdiff_t kVectorsHeld = 8192;
 
-// f folded over all lanes, halves first.
-template <class D, class F>
-HWY_INLINE hn::TFromD<D> Fold(D d, hn::VFromD<D> v, const F& f) {
-  if constexpr (hn::MaxLanes(d) == 1) {
-    return hn::GetLane(v);
-  } else {
-    const hn::Half<D> half;
-    return Fold(half, f(hn::LowerHalf(half, v), hn::UpperHalf(half, v)), f);
-  }
-}
-
 // The sum of 32-bit lanes in 64 bits.
 HWY_INLINE int64_t SumWide(hn::VFromD<D32> v) {
   alignas(HWY_MAX_BYTES) int32_t lanes[hn::MaxLanes(D32())];
