@@ -33,8 +33,8 @@ struct Extrema {
 
 KERNELS_BEGIN
 
-// Pixels of a block: enough to hide the reduction of its lanes, few enough to search twice.
-constexpr ptrdiff_t kBlockPixels = 16384;
+// Pixels of a block: enough to hide the comparison with the best so far, few enough to search twice in a small image.
+constexpr ptrdiff_t kBlockPixels = 4096;
 
 // Values from which any pixel is an improvement. Infinities are pixels like others.
 template <class B>
@@ -60,9 +60,13 @@ struct BlockPlace {
   ptrdiff_t y, rows, x, count;
 };
 
-// The extremes of a block in the order of Ordered(). The pixel is the first operand: a NaN never replaces anything.
+// The extremes of a block lane by lane, ranked. The pixel is the first operand: a NaN never replaces anything.
+template <class T>
+struct LaneExtremes {
+  hn::VFromD<Tag<T>> low, high;
+};
 template <class T, bool Masked>
-HWY_INLINE void BlockExtremes(const Sources<T>& s, const BlockPlace& block, Bits<T>* low, Bits<T>* high) {
+HWY_INLINE LaneExtremes<T> BlockExtremes(const Sources<T>& s, const BlockPlace& block) {
   const Tag<T> d;
   const auto none = Ranked<Bits<T>>(hn::Set(d, Largest<Bits<T>>()));
   const auto least = Ranked<Bits<T>>(hn::Set(d, Smallest<Bits<T>>()));
@@ -77,8 +81,7 @@ HWY_INLINE void BlockExtremes(const Sources<T>& s, const BlockPlace& block, Bits
                 highs = Greater(KeptOr(d, keep, v, least), highs);
               });
         });
-  *low = LeastLane<Bits<T>>(lows);
-  *high = GreatestLane<Bits<T>>(highs);
+  return {lows, highs};
 }
 
 // The first pixel of a block that equals `value`.
@@ -108,6 +111,11 @@ HWY_INLINE Extreme<T> FirstEqual(const Sources<T>& s, const BlockPlace& block, B
   return found;
 }
 
+template <class T>
+HWY_INLINE bool AllEqual(hn::VFromD<Tag<T>> a, hn::VFromD<Tag<T>> b) {
+  return hn::AllTrue(Tag<T>(), hn::Eq(a, b));
+}
+
 template <class T, bool Masked>
 HWY_INLINE void FindExtrema(const Sources<T>& s, int32_t rows, Extrema<T>* extrema) {
   const bool whole = s.width <= LongestStrip(s);
@@ -115,15 +123,22 @@ HWY_INLINE void FindExtrema(const Sources<T>& s, int32_t rows, Extrema<T>* extre
   const ptrdiff_t height = whole && s.width < kBlockPixels ? kBlockPixels / s.width : 1;
   BlockPlace lowest{}, highest{};
   Bits<T> low = 0, high = 0;
+  auto bestLow = hn::Zero(Tag<T>()), bestHigh = bestLow;
   bool taken = false;
   for (ptrdiff_t y = 0; y < rows; y += height)
     for (ptrdiff_t x = 0; x < s.width; x += longest) {
       const BlockPlace block{y, HWY_MIN(height, rows - y), x, HWY_MIN(longest, s.width - x)};
-      Bits<T> blockLow, blockHigh;
-      BlockExtremes<T, Masked>(s, block, &blockLow, &blockHigh);
+      const LaneExtremes<T> lanes = BlockExtremes<T, Masked>(s, block);
+      // Most blocks improve on nothing, which is seen without reducing their lanes.
+      if (taken && AllEqual<T>(Lesser(lanes.low, bestLow), bestLow) &&
+          AllEqual<T>(Greater(lanes.high, bestHigh), bestHigh))
+        continue;
+      const Bits<T> blockLow = LeastLane<Bits<T>>(lanes.low), blockHigh = GreatestLane<Bits<T>>(lanes.high);
       if (!(blockLow <= blockHigh)) continue;
       if (!taken || blockLow < low) low = blockLow, lowest = block;
       if (!taken || blockHigh > high) high = blockHigh, highest = block;
+      bestLow = Ranked<Bits<T>>(hn::Set(Tag<T>(), low));
+      bestHigh = Ranked<Bits<T>>(hn::Set(Tag<T>(), high));
       taken = true;
     }
   if (!taken) return;

@@ -36,15 +36,19 @@ struct Strip {
 constexpr ptrdiff_t kGathered = 2048, kDirect = 16384;
 
 // Channel C of `count` three-channel pixels.
-template <int C, class B>
-HWY_NOINLINE void GatherChannel(const B* pixels, ptrdiff_t count, B* channel) {
-  const hn::ScalableTag<B> d;
-  ptrdiff_t x = 0;
-  for (; x + kLanes<B> <= count; x += kLanes<B>) {
-    hn::VFromD<decltype(d)> v[3];
+template <int C, class D, class B>
+HWY_INLINE ptrdiff_t GatherVectors(D d, const B* pixels, ptrdiff_t x, ptrdiff_t count, B* channel) {
+  for (; x + (ptrdiff_t)hn::MaxLanes(d) <= count; x += (ptrdiff_t)hn::MaxLanes(d)) {
+    hn::VFromD<D> v[3];
     hn::LoadInterleaved3(d, pixels + 3 * x, v[0], v[1], v[2]);
     hn::StoreU(v[C], d, channel + x);
   }
+  return x;
+}
+template <int C, class B>
+HWY_NOINLINE void GatherChannel(const B* pixels, ptrdiff_t count, B* channel) {
+  ptrdiff_t x = GatherVectors<C>(hn::ScalableTag<B>(), pixels, 0, count, channel);
+  x = GatherVectors<C>(hn::Full128<B>(), pixels, x, count, channel);
   const auto* rest = loose(pixels);
   for (; x < count; ++x) channel[x] = rest[3 * x + C];
 }
@@ -151,14 +155,23 @@ HWY_INLINE B LeastLane(hn::VFromD<Tag<B>> v) {
 // The first `count` elements of a vector, at most all of it; the others are 0. Nothing beyond them is read.
 template <class D, class B = hn::TFromD<D>>
 HWY_INLINE hn::VFromD<D> LoadRest(D d, const B* p, ptrdiff_t count) {
+  constexpr ptrdiff_t lanes = hn::MaxLanes(D());
+  if (count >= lanes) return hn::LoadU(d, p);
 #if HWY_TARGET <= HWY_AVX3
   return hn::MaskedLoad(hn::FirstN(d, (size_t)count), d, p);
 #else
-  alignas(HWY_MAX_BYTES) B buffer[HWY_MAX_BYTES / sizeof(B)];
-  hn::Store(hn::Zero(hn::ScalableTag<B>()), hn::ScalableTag<B>(), buffer);
-  LastVectors<B, (int)hn::MaxLanes(D())>(
-      0, count, VECTOR(e, i) { hn::StoreU(hn::LoadU(e, p + i), e, buffer + i); });
-  return hn::Load(d, buffer);
+  if constexpr (lanes * sizeof(B) > 16) {
+    // By halves: a wide load of what was just stored in pieces would wait for the cache.
+    const hn::Half<D> half;
+    if (count < lanes / 2) return hn::ZeroExtendVector(d, LoadRest(half, p, count));
+    return hn::Combine(d, LoadRest(half, p + lanes / 2, count - lanes / 2), hn::LoadU(half, p));
+  } else {
+    if (count <= 0) return hn::Zero(d);
+    alignas(16) B buffer[16 / sizeof(B)] = {};
+    LastVectors<B, (int)lanes / 2>(
+        0, count, VECTOR(e, i) { hn::StoreU(hn::LoadU(e, p + i), e, buffer + i); });
+    return hn::Load(d, buffer);
+  }
 #endif
 }
 
