@@ -9,6 +9,12 @@ target_compile_options(orvcv_flags INTERFACE
   -ffp-contract=off -fwrapv -fno-math-errno -fno-trapping-math -ftree-vectorize
   $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fvisibility-inlines-hidden>)
+if(ORVCV_SANITIZE)
+  # A kernel is inlined hundreds of times. Watching the scope of each temporary, and checks that a fault on a protected
+  # page makes anyway, would turn seconds of compilation into many minutes.
+  target_compile_options(orvcv_flags INTERFACE -fno-tree-vectorize -fno-sanitize-address-use-after-scope
+    -fno-sanitize=null,pointer-overflow,object-size,vptr,return)
+endif()
 target_link_libraries(orvcv_flags INTERFACE OpenMP::OpenMP_CXX)
 
 function(orvcv_variant name is_n8)

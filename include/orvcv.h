@@ -15,6 +15,8 @@
 #include "orvcv/angle.h"
 #include "orvcv/accumulate.h"
 #include "orvcv/abs_diff.h"
+#include "orvcv/statistics.h"
+#include "orvcv/norm.h"
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"

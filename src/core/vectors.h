@@ -11,6 +11,31 @@
 #endif
 KERNELS_BEGIN
 
+// body(0), body(1), ... body(N - 1), unrolled: arrays indexed so stay in registers.
+template <int N, class Body>
+HWY_INLINE void Repeat(const Body& body) {
+  if constexpr (N > 0) Repeat<N - 1>(body), body((ptrdiff_t)(N - 1));
+}
+#define EACH(i) [&](ptrdiff_t i) __attribute__((always_inline))
+
+// How many vectors a kernel works on at a time, as an argument.
+template <int N>
+struct Count {
+  static constexpr int value = N;
+};
+
+// As Vectors() of core/kernels.h, but full vectors come in groups of N, which share what a kernel loads for all
+// columns: vector(Count<N>, d, x), then vector(Count<1>, d, x).
+template <class T, int N, class Vector>
+HWY_INLINE void VectorGroups(ptrdiff_t first, ptrdiff_t end, const Vector& vector) {
+  constexpr ptrdiff_t group = N * (HWY_MAX_BYTES / sizeof(T));
+  ptrdiff_t x = first;
+  for (; x + group <= end; x += group) vector(Count<N>(), hn::ScalableTag<T>(), x);
+  Vectors<T>(
+      x, end, VECTOR(d, i) { vector(Count<1>(), d, i); });
+}
+#define VECTOR_GROUP(n, d, x) [&](auto n, auto d, ptrdiff_t x) __attribute__((always_inline))
+
 // Raw conversions. Beyond the range of 32 bits they give -2^31: bound the value from above first, and a saturating
 // narrowing makes the rest right.
 template <size_t N>

@@ -5,6 +5,7 @@
 #include "core/kernels.h"
 #include "core/vectors.h"
 #include "filter/column_stage.h"
+#include "filter/column_strips.h"
 #include "filter/pair_taps.h"
 
 KERNELS_BEGIN
@@ -13,15 +14,23 @@ template <int Size, class Finish>
 HWY_INLINE void PairRows(const uint16_t* const* rows, Plane<uint16_t> dst, ptrdiff_t columns, int32_t height,
                          const ColumnFilter<uint16_t>& f, int32_t start, Finish finish) {
   const PairTaps<Size> taps(f.taps, f.size);
-  for (int32_t y = 0; y < height; ++y, ++rows) {
-    uint16_t* out = raw(dst.row(y));
-    Vectors<int16_t>(
-        0, columns, VECTOR(d, x) {
-          const auto row = [&](ptrdiff_t j) __attribute__((always_inline)) { return rows[j] + x; };
-          const auto sums = InterleavedSums(d, taps, start, row);
-          StoreResult(d, NarrowSaturated(d, Finished(d, sums, finish)), out + x);
-        });
-  }
+  const auto strip = STRIP(first, end) {
+    for (int32_t y = 0; y < height; ++y) {
+      const uint16_t* const* window = rows + y;
+      uint16_t* const out = raw(dst.row(y));
+      VectorGroups<int16_t, 2>(
+          first, end, VECTOR_GROUP(n, d, x) {
+            Halves<decltype(d)> sums[n.value];
+            InterleavedSums(
+                d, sums, taps, start, EACH(j) { return window[j] + x; });
+            Repeat<n.value>(EACH(v) {
+              const auto narrow = NarrowSaturated(d, Finished(d, sums[v], finish));
+              StoreResult(d, narrow, out + x + v * (ptrdiff_t)hn::MaxLanes(d));
+            });
+          });
+    }
+  };
+  ForStrips(columns, f.size, height, sizeof(uint16_t), strip);
 }
 
 template <class Finish>

@@ -58,45 +58,60 @@ HWY_INLINE void ForPairs(const PairTaps<Size>& taps, const Body& body) {
 }
 #define TAP_PAIR(i) [&](int32_t i) __attribute__((always_inline))
 
-// Sums of one vector of columns; row(i) points to the elements that tap i multiplies.
-template <class D16, int Size, class Row>
-HWY_INLINE Halves<D16> InterleavedSums(D16 d, const PairTaps<Size>& taps, int32_t start, const Row& row) {
+// Sums of N vectors of columns that lie side by side; row(i) points to the elements that tap i multiplies.
+template <class D16, int N, int Size, class Row>
+HWY_INLINE void InterleavedSums(D16 d, Halves<D16> (&sum)[N], const PairTaps<Size>& taps, int32_t start,
+                                const Row& row) {
   const Wide<D16> d32;
-  auto lo = hn::Set(d32, start), hi = lo;
-  const auto add = [&](hn::VFromD<D16> a, hn::VFromD<D16> b, int32_t pair) __attribute__((always_inline)) {
-    const auto tap = TapPair(d32, pair);
-    lo = AddPairProducts(d32, lo, LowerPairs(d, a, b), tap);
-    if constexpr (kTwoHalves<D16>) hi = AddPairProducts(d32, hi, UpperPairs(d, a, b), tap);
+  constexpr ptrdiff_t lanes = hn::MaxLanes(d);
+  const auto add = [&](ptrdiff_t v, hn::VFromD<D16> a, hn::VFromD<D16> b, Pairs<D16> tap)
+      __attribute__((always_inline)) {
+    sum[v].lo = AddPairProducts(d32, sum[v].lo, LowerPairs(d, a, b), tap);
+    if constexpr (kTwoHalves<D16>) sum[v].hi = AddPairProducts(d32, sum[v].hi, UpperPairs(d, a, b), tap);
   };
+  Repeat<N>(EACH(v) { sum[v].lo = sum[v].hi = hn::Set(d32, start); });
   ForPairs(
-      taps, TAP_PAIR(i) { add(LoadSigned(d, row(i)), LoadSigned(d, row(i + 1)), taps.Pair(i)); });
-  if (taps.Count() & 1) add(LoadSigned(d, row(taps.Count() - 1)), hn::Zero(d), taps.Last());
-  return {lo, hi};
+      taps, TAP_PAIR(i) {
+        const auto tap = TapPair(d32, taps.Pair(i));
+        const auto *a = row(i), *b = row(i + 1);
+        Repeat<N>(EACH(v) { add(v, LoadSigned(d, a + v * lanes), LoadSigned(d, b + v * lanes), tap); });
+      });
+  if (taps.Count() & 1) {
+    const auto tap = TapPair(d32, taps.Last());
+    const auto* a = row(taps.Count() - 1);
+    Repeat<N>(EACH(v) { add(v, LoadSigned(d, a + v * lanes), hn::Zero(d), tap); });
+  }
 }
 
-// Sums of one vector of columns whose taps multiply neighbours s[0], s[1], ...: no lanes need be interleaved, since the
-// pairs that begin at even columns lie side by side, and so do those that begin at odd ones.
+// The same for taps that multiply neighbours s[0], s[1], ...: no lanes need be interleaved, since the pairs that begin
+// at even columns lie side by side, and so do those that begin at odd ones.
 //
 //   load s + i      (0 1)(2 3)(4 5)...   taps i, i + 1 of columns 0, 2, 4, ...    lo
 //   load s + i + 1  (1 2)(3 4)(5 6)...   taps i, i + 1 of columns 1, 3, 5, ...    hi
 //
 // The single last tap is put in the first place of its pair for even columns, in the second for odd ones.
-template <class D16, int Size, class Pixel>
-HWY_INLINE Halves<D16> AlternatingSums(D16 d, const PairTaps<Size>& taps, int32_t start, const Pixel* s) {
+template <class D16, int N, int Size, class Pixel>
+HWY_INLINE void AlternatingSums(D16 d, Halves<D16> (&sum)[N], const PairTaps<Size>& taps, int32_t start,
+                                const Pixel* s) {
   const Wide<D16> d32;
-  auto even = hn::Set(d32, start), odd = even;
+  constexpr ptrdiff_t lanes = hn::MaxLanes(d);
+  Repeat<N>(EACH(v) { sum[v].lo = sum[v].hi = hn::Set(d32, start); });
   ForPairs(
       taps, TAP_PAIR(i) {
         const auto tap = TapPair(d32, taps.Pair(i));
-        even = AddPairProducts(d32, even, LoadSigned(d, s + i), tap);
-        odd = AddPairProducts(d32, odd, LoadSigned(d, s + i + 1), tap);
+        Repeat<N>(EACH(v) {
+          sum[v].lo = AddPairProducts(d32, sum[v].lo, LoadSigned(d, s + i + v * lanes), tap);
+          sum[v].hi = AddPairProducts(d32, sum[v].hi, LoadSigned(d, s + i + 1 + v * lanes), tap);
+        });
       });
   if (taps.Count() & 1) {
-    const auto last = LoadSigned(d, s + (taps.Count() - 1));
-    even = AddPairProducts(d32, even, last, TapPair(d32, taps.Last()));
-    odd = AddPairProducts(d32, odd, last, TapPair(d32, (int32_t)((uint32_t)taps.Last() << 16)));
+    const auto even = TapPair(d32, taps.Last()), odd = TapPair(d32, (int32_t)((uint32_t)taps.Last() << 16));
+    Repeat<N>(EACH(v) {
+      const auto last = LoadSigned(d, s + (taps.Count() - 1) + v * lanes);
+      sum[v].lo = AddPairProducts(d32, sum[v].lo, last, even);
+      sum[v].hi = AddPairProducts(d32, sum[v].hi, last, odd);
+    });
   }
-  return {even, odd};
 }
 
 // What is made of a sum before it is narrowed with saturation to 16 bits. A product with the scale is bounded from

@@ -9,27 +9,44 @@
 
 KERNELS_BEGIN
 
-// One vector of outputs whose windows begin at s.
-template <int C, int Size, class D16, class Pixel, class Dst, class Finish>
-HWY_INLINE void RowVector(D16 d, const PairTaps<Size>& taps, int32_t start, const Pixel* s, Dst* out,
-                          const Finish& finish) {
-  if constexpr (C == 1 && kTwoHalves<D16>) {
-    const auto sums = AlternatingSums(d, taps, start, s);
-    StoreResult(d, NarrowAlternating(d, Finished(d, sums, finish)), out);
-  } else {
-    const auto sums = InterleavedSums(
-        d, taps, start, [&](ptrdiff_t i) __attribute__((always_inline)) { return s + i * C; });
-    StoreResult(d, NarrowSaturated(d, Finished(d, sums, finish)), out);
-  }
+// N vectors of outputs whose windows begin at s.
+template <int N, int C, int Size, class D16, class Pixel, class Dst, class Finish>
+HWY_INLINE void RowVectors(D16 d, const PairTaps<Size>& taps, int32_t start, const Pixel* s, Dst* out,
+                           const Finish& finish) {
+  constexpr bool alternating = C == 1 && kTwoHalves<D16>;
+  Halves<D16> sums[N];
+  if constexpr (alternating) AlternatingSums(d, sums, taps, start, s);
+  else
+    InterleavedSums(
+        d, sums, taps, start, EACH(i) { return s + i * C; });
+  Repeat<N>(EACH(v) {
+    const auto results = Finished(d, sums[v], finish);
+    Dst* const to = out + v * (ptrdiff_t)hn::MaxLanes(d);
+    if constexpr (alternating) StoreResult(d, NarrowAlternating(d, results), to);
+    else StoreResult(d, NarrowSaturated(d, results), to);
+  });
 }
 
+// The taps and what is made of their sums, as FilterRows() takes them.
+template <int C, int Size, class Finish>
+struct PairRow {
+  PairTaps<Size> taps;
+  int32_t start;
+  Finish finish;
+
+  template <int N, class D16, class Pixel, class Dst>
+  HWY_INLINE void operator()(Count<N>, D16 d, const Pixel* s, Dst* out) const {
+    RowVectors<N, C>(d, taps, start, s, out, finish);
+  }
+};
+
+// Kernels of any size share their taps among two vectors.
 template <int C, int Size, class Pixel, class Tap, class Dst, class Edge, class Interior>
 HWY_INLINE void RowsOf(Plane<const Pixel> src, Dst* const* dst, int32_t width, int32_t rows,
                        const RowFilter<Pixel, Tap>& f, void* strip, int32_t start, Edge edge, Interior interior) {
-  const PairTaps<Size> taps(f.taps, f.size);
-  FilterRows<int16_t, C>(
-      src, dst, width, rows, f, strip, ROW_VECTOR(d, s, out) { RowVector<C>(d, taps, start, s, out, edge); },
-      ROW_VECTOR(d, s, out) { RowVector<C>(d, taps, start, s, out, interior); });
+  const PairRow<C, 0, Edge> ends{{f.taps, f.size}, start, edge};
+  const PairRow<C, Size, Interior> middle{{f.taps, f.size}, start, interior};
+  FilterRows<int16_t, (Size > 0 ? 1 : 2), C>(src, dst, width, rows, f, strip, ends, middle);
 }
 
 template <class Pixel, class Tap, class Dst, class Edge, class Interior>
@@ -56,13 +73,23 @@ void LowRows(Plane<const int16_t> src, int16_t* const* dst, int32_t width, int32
 }
 
 template <int C>
+struct WideRow {
+  const uint16_t* taps;
+  int32_t size;
+  float scale;
+
+  template <class D16>
+  HWY_INLINE void operator()(Count<1>, D16 d, const uint16_t* s, uint16_t* out) const {
+    WideSums<hn::MaxLanes(d)>(
+        taps, size, scale, EACH(i) { return s + i * C; }, out);
+  }
+};
+
+template <int C>
 HWY_INLINE void WideRows(Plane<const uint16_t> src, uint16_t* const* dst, int32_t width, int32_t rows,
                          const RowFilter<uint16_t, uint16_t>& f, void* strip, float scale) {
-  const auto vector = ROW_VECTOR(d, s, out) {
-    const auto row = [&](ptrdiff_t i) __attribute__((always_inline)) { return s + i * C; };
-    WideSums<hn::MaxLanes(decltype(d)())>(f.taps, f.size, scale, row, out);
-  };
-  FilterRows<int16_t, C>(src, dst, width, rows, f, strip, vector, vector);
+  const WideRow<C> row{f.taps, f.size, scale};
+  FilterRows<int16_t, 1, C>(src, dst, width, rows, f, strip, row, row);
 }
 
 void UnsignedRows(Plane<const uint16_t> src, uint16_t* const* dst, int32_t width, int32_t rows,

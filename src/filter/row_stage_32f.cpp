@@ -1,64 +1,100 @@
 // Row stage of 32f. The order of the additions is part of the contract: rising, but symmetric kernels of 3 and 5 taps
 // add the two pixels of a tap first.
 #include <string.h>
+#include <type_traits>
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/row_stage_32f.cpp"
 #include "core/kernels.h"
 #include "core/vectors.h"
+#include "filter/float_taps.h"
 #include "filter/row_strip.h"
 
 KERNELS_BEGIN
 
-// Forms of the window sum; k(i) is tap i and s(i) the vector that it multiplies.
+// Forms of the window sum of N vectors of outputs; pixels(i, v) is what tap i multiplies in vector v.
 struct Rising {
-  template <class K, class S>
-  HWY_INLINE auto operator()(int32_t size, const K& k, const S& s) const {
-    auto sum = hn::Mul(k(0), s(0));
-    for (int32_t i = 1; i < size; ++i) sum = hn::Add(sum, hn::Mul(k(i), s(i)));
-    return sum;
-  }
-};
-struct Rising3 {
-  template <class K, class S>
-  HWY_INLINE auto operator()(int32_t, const K& k, const S& s) const {
-    return hn::Add(hn::Add(hn::Mul(k(0), s(0)), hn::Mul(k(1), s(1))), hn::Mul(k(2), s(2)));
-  }
-};
-struct Rising5 {
-  template <class K, class S>
-  HWY_INLINE auto operator()(int32_t, const K& k, const S& s) const {
-    return hn::Add(hn::Add(Rising3()(3, k, s), hn::Mul(k(3), s(3))), hn::Mul(k(4), s(4)));
+  template <class D, int N, int Size, class Window>
+  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<Size>& k, const Window& pixels) const {
+    RisingSums(d, sum, k, pixels);
   }
 };
 struct Symmetric3 {
-  template <class K, class S>
-  HWY_INLINE auto operator()(int32_t, const K& k, const S& s) const {
-    return hn::Add(hn::Mul(k(0), hn::Add(s(0), s(2))), hn::Mul(k(1), s(1)));
+  template <class D, int N, class Window>
+  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<3>& k, const Window& pixels) const {
+    Repeat<N>(EACH(v) {
+      const auto s = EACH(i) { return pixels(i, v); };
+      sum[v] = hn::Add(hn::Mul(hn::Set(d, k[0]), hn::Add(s(0), s(2))), hn::Mul(hn::Set(d, k[1]), s(1)));
+    });
   }
 };
 struct Symmetric5 {
-  template <class K, class S>
-  HWY_INLINE auto operator()(int32_t, const K& k, const S& s) const {
-    const auto outer = hn::Mul(k(0), hn::Add(s(0), s(4))), inner = hn::Mul(k(1), hn::Add(s(1), s(3)));
-    return hn::Add(hn::Add(outer, inner), hn::Mul(k(2), s(2)));
+  template <class D, int N, class Window>
+  HWY_INLINE void operator()(D d, hn::VFromD<D> (&sum)[N], const FloatTaps<5>& k, const Window& pixels) const {
+    Repeat<N>(EACH(v) {
+      const auto s = EACH(i) { return pixels(i, v); };
+      const auto outer = hn::Mul(hn::Set(d, k[0]), hn::Add(s(0), s(4)));
+      const auto inner = hn::Mul(hn::Set(d, k[1]), hn::Add(s(1), s(3)));
+      sum[v] = hn::Add(hn::Add(outer, inner), hn::Mul(hn::Set(d, k[2]), s(2)));
+    });
+  }
+};
+
+// Pixels of N vectors of windows that begin at s, for a kernel of Size taps, or of any size.
+template <int N, int C, class D>
+struct MovedPixels {
+  const float* s;
+
+  HWY_INLINE auto operator()(ptrdiff_t i, ptrdiff_t v) const {
+    return hn::LoadU(D(), s + i * C + v * (ptrdiff_t)hn::MaxLanes(D()));
+  }
+};
+#if HWY_TARGET <= HWY_AVX3
+// Nearly every load of 64 bytes at a moved address touches two cache lines and takes twice as long. For small kernels
+// each vector is loaded once, and the windows are cut out of neighbours. The last load is masked: nothing behind the
+// row is read.
+template <int N, int C, int Size>
+struct CutPixels {
+  hn::Vec512<float> part[N + 1];
+
+  HWY_INLINE explicit CutPixels(const float* s) {
+    constexpr int behind = (Size - 1) * C;
+    static_assert(behind <= 16, "the windows reach into one more vector");
+    Repeat<N>(EACH(v) { part[v].raw = _mm512_loadu_ps(s + 16 * v); });
+    part[N].raw = _mm512_maskz_loadu_ps((__mmask16)((1 << behind) - 1), s + 16 * N);
+  }
+  HWY_INLINE hn::Vec512<float> operator()(ptrdiff_t i, ptrdiff_t v) const {
+    if (i == 0) return part[v];
+    const auto lanes = hn::Iota(hn::Full512<int32_t>(), (int32_t)i * C);
+    return hn::Vec512<float>{_mm512_permutex2var_ps(part[v].raw, lanes.raw, part[v + 1].raw)};
+  }
+};
+template <int N, int C, int Size, class D>
+using Pixels = std::conditional_t<(N > 1 && Size > 0), CutPixels<N, C, Size>, MovedPixels<N, C, D>>;
+#else
+template <int N, int C, int Size, class D>
+using Pixels = MovedPixels<N, C, D>;
+#endif
+
+// The taps and the order of their sum, as FilterRows() takes them.
+template <int C, int Size, class Form>
+struct FloatRow {
+  FloatTaps<Size> taps;
+  Form form;
+
+  template <int N, class D>
+  HWY_INLINE void operator()(Count<N>, D d, const float* s, float* out) const {
+    constexpr ptrdiff_t lanes = hn::MaxLanes(d);
+    hn::VFromD<D> sum[N];
+    form(d, sum, taps, Pixels<N, C, Size, D>{s});
+    Repeat<N>(EACH(v) { hn::StoreU(sum[v], d, out + v * lanes); });
   }
 };
 
 template <int C, int Size, class Form>
 HWY_INLINE void RowsOf(Plane<const float> src, float* const* dst, int32_t width, int32_t rows,
                        const RowFilter<float, float>& f, void* strip, const Form& form) {
-  const auto* taps = (const LooseElement<float>*)f.taps;
-  // Stores could change the caller's taps as far as the compiler knows; these it keeps in registers.
-  float copy[Size + 1];
-  for (int i = 0; i < Size; ++i) copy[i] = taps[i];
-  const auto vector = ROW_VECTOR(d, s, out) {
-    const auto k = [&](ptrdiff_t i) __attribute__((always_inline)) {
-      return hn::Set(d, Size > 0 ? copy[i] : (float)taps[i]);
-    };
-    const auto pixels = [&](ptrdiff_t i) __attribute__((always_inline)) { return hn::LoadU(d, s + i * C); };
-    hn::StoreU(form(f.size, k, pixels), d, out);
-  };
-  FilterRows<float, C>(src, dst, width, rows, f, strip, vector, vector);
+  const FloatRow<C, Size, Form> ends{{f.taps, f.size}, form}, middle = ends;
+  FilterRows<float, 4, C>(src, dst, width, rows, f, strip, ends, middle);
 }
 
 template <int C>
@@ -68,11 +104,11 @@ HWY_INLINE void RowsByForm(Plane<const float> src, float* const* dst, int32_t wi
   const bool ends = k[0] == k[f.size - 1];
   if (f.size == 3) {
     if (ends) return RowsOf<C, 3>(src, dst, width, rows, f, strip, Symmetric3());
-    return RowsOf<C, 3>(src, dst, width, rows, f, strip, Rising3());
+    return RowsOf<C, 3>(src, dst, width, rows, f, strip, Rising());
   }
   if (f.size == 5) {
     if (ends && k[1] == k[3]) return RowsOf<C, 5>(src, dst, width, rows, f, strip, Symmetric5());
-    return RowsOf<C, 5>(src, dst, width, rows, f, strip, Rising5());
+    return RowsOf<C, 5>(src, dst, width, rows, f, strip, Rising());
   }
   RowsOf<C, 0>(src, dst, width, rows, f, strip, Rising());
 }

@@ -17,18 +17,28 @@
 #endif
 KERNELS_BEGIN
 
-// vector(d, x) for 0 <= x < n, with the largest vectors of at most Lanes that fit. The last one overlaps its
-// predecessor, so the results must not lie where the sources do.
+// vector(Count<1>, d, x) from column x to n, with the largest vectors of at most Lanes that fit into n. The last one
+// overlaps its predecessor, so the results must not lie where the sources do.
 template <class T, int Lanes, class Vector>
-HWY_INLINE void OverlappedVectors(ptrdiff_t n, const Vector& vector) {
-  const hn::Simd<T, Lanes, 0> d;
+HWY_INLINE void OverlappedVectors(ptrdiff_t x, ptrdiff_t n, const Vector& vector) {
   if (n >= Lanes) {
-    ptrdiff_t x = 0;
-    for (; x + Lanes <= n; x += Lanes) vector(d, x);
-    if (x < n) vector(d, n - Lanes);
+    while (x < n) {
+      const ptrdiff_t last = n - Lanes;
+      vector(Count<1>(), hn::Simd<T, Lanes, 0>(), x < last ? x : last);
+      x += Lanes;
+    }
   } else if constexpr (Lanes > 1) {
-    OverlappedVectors<T, (Lanes > 4 ? Lanes / 2 : 1)>(n, vector);
+    OverlappedVectors<T, (Lanes > 4 ? Lanes / 2 : 1)>(x, n, vector);
   }
+}
+// The same from column 0 on, but full vectors in groups of N.
+template <class T, int N, class Vector>
+HWY_INLINE void OverlappedGroups(ptrdiff_t n, const Vector& vector) {
+  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T);
+  ptrdiff_t x = 0;
+  if constexpr (N > 1)
+    for (; x + N * lanes <= n; x += N * lanes) vector(Count<N>(), hn::ScalableTag<T>(), x);
+  OverlappedVectors<T, lanes>(x, n, vector);
 }
 
 // Copies n < 2 * Count elements without a loop or a call.
@@ -41,22 +51,28 @@ HWY_INLINE void CopyFew(T* dst, const T* src, ptrdiff_t n) {
   }
 }
 
-// The outputs of a strip by whole vectors through a block of their own. They read up to a vector behind the strip,
-// which its size allows for.
+// The outputs of a strip. Few are computed one by one: a vector would have to wait until all pieces of the strip, and
+// with them all results stored before, have left the processor's store queue. Many are computed by whole vectors
+// through a block of their own; these read up to a vector behind the strip, which its size allows for.
+//
+// Not inlined: one copy serves both ends, and it may not cost the interior its registers.
 template <class T, class Pixel, class Dst, class Edge>
-HWY_INLINE void EdgeVectors(const Pixel* strip, Dst* dst, ptrdiff_t n, const Edge& edge) {
-  const hn::ScalableTag<T> d;
-  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T);
+HWY_NOINLINE void EdgeOutputs(const Pixel* strip, Dst* dst, ptrdiff_t n, int32_t size, const Edge& edge) {
+  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T), fewProducts = 64;
+  if (n * size <= fewProducts) {
+    for (ptrdiff_t x = 0; x < n; ++x) edge(Count<1>(), hn::Simd<T, 1, 0>(), strip + x, dst + x);
+    return;
+  }
   HWY_ALIGN Dst block[lanes];
   for (ptrdiff_t x = 0; x < n; x += lanes) {
-    edge(d, strip + x, block);
+    edge(Count<1>(), hn::ScalableTag<T>(), strip + x, block);
     CopyFew<lanes>(dst + x, block, n - x < lanes ? n - x : lanes);
   }
 }
 
-// edge(d, s, out) and interior(d, s, out) store one vector of outputs whose windows begin at s. T is the type whose
-// lanes count the outputs of a vector.
-template <class T, int C, class Pixel, class Tap, class Dst, class Edge, class Interior>
+// edge(Count<1>, d, s, out) and interior(Count<N>, d, s, out) store N vectors of outputs whose windows begin at s. T is
+// the type whose lanes count the outputs of a vector, N the size of a group.
+template <class T, int N, int C, class Pixel, class Tap, class Dst, class Edge, class Interior>
 HWY_INLINE void FilterRows(Plane<const Pixel> src, Dst* const* dst, int32_t width, int32_t rows,
                            const RowFilter<Pixel, Tap>& f, void* memory, const Edge& edge, const Interior& interior) {
   Pixel* strip = (Pixel*)(((uintptr_t)memory + sizeof(Pixel) - 1) & ~(uintptr_t)(sizeof(Pixel) - 1));
@@ -66,19 +82,17 @@ HWY_INLINE void FilterRows(Plane<const Pixel> src, Dst* const* dst, int32_t widt
     Dst* d = dst[y];
     if (inside < 1) {
       extendRow<Pixel, C>(s, strip, width, f.size, f.anchor, f.borderType, f.borderValue);
-      EdgeVectors<T>(strip, d, (ptrdiff_t)width * C, edge);
+      EdgeOutputs<T>(strip, d, (ptrdiff_t)width * C, f.size, edge);
       continue;
     }
     if (f.size > 1) {
       fillBorder<Pixel, C>(s, strip, width, f.size, f.anchor, f.borderType, f.borderValue);
-      EdgeVectors<T>(strip, d, left * C, edge);
-      EdgeVectors<T>(strip + (left + f.size - 1) * C, d + (left + inside) * C, right * C, edge);
+      EdgeOutputs<T>(strip, d, left * C, f.size, edge);
+      EdgeOutputs<T>(strip + (left + f.size - 1) * C, d + (left + inside) * C, right * C, f.size, edge);
     }
-    OverlappedVectors<T, HWY_MAX_BYTES / sizeof(T)>(
-        inside * C, VECTOR(tag, x) { interior(tag, s + x, d + left * C + x); });
+    OverlappedGroups<T, N>(
+        inside * C, VECTOR_GROUP(n, tag, x) { interior(n, tag, s + x, d + left * C + x); });
   }
 }
-#define ROW_VECTOR(d, s, out) [&](auto d, const auto* s, auto* out) __attribute__((always_inline))
-
 KERNELS_END
 #endif

@@ -1,0 +1,174 @@
+// Means and standard deviations.
+#include "statistics_cases.h"
+
+using namespace test;
+
+namespace {
+
+// The six members of an element type.
+template <class T>
+struct Members {
+  const char* type;
+  OrvStatus (*mean)(const T*, int32_t, const uint8_t*, int32_t, OrvSize, double*);
+  OrvStatus (*meanOfChannel)(const T*, int32_t, const uint8_t*, int32_t, OrvSize, int32_t, double*);
+  OrvStatus (*stdDev)(const T*, int32_t, OrvSize, double*, double*);
+  OrvStatus (*stdDevOfChannel)(const T*, int32_t, OrvSize, int32_t, double*, double*);
+  OrvStatus (*maskedStdDev)(const T*, int32_t, const uint8_t*, int32_t, OrvSize, double*, double*);
+  OrvStatus (*maskedStdDevOfChannel)(const T*, int32_t, const uint8_t*, int32_t, OrvSize, int32_t, double*, double*);
+};
+#define MEMBERS(tag)                                                                                                \
+  {                                                                                                                 \
+#tag, orviMean_##tag##_C1MR, orviMean_##tag##_C3CMR, orviMean_StdDev_##tag##_C1R, orviMean_StdDev_##tag##_C3CR, \
+        orviMean_StdDev_##tag##_C1MR, orviMean_StdDev_##tag##_C3CMR                                                 \
+  }
+const Members<uint8_t> of8u = MEMBERS(8u);
+const Members<int8_t> of8s = MEMBERS(8s);
+const Members<uint16_t> of16u = MEMBERS(16u);
+const Members<float> of32f = MEMBERS(32f);
+
+// The same six as plain forms.
+template <class T>
+Members<T> plain() {
+  using reference::meanStdDev;
+  using reference::Pixels;
+  static double unused;
+  return {"plain",
+          [](auto src, auto step, auto mask, auto maskStep, auto roi, auto mean) {
+            return meanStdDev(Pixels<T>{src, step, mask, maskStep, roi}, mean, &unused), 0;
+          },
+          [](auto src, auto step, auto mask, auto maskStep, auto roi, auto coi, auto mean) {
+            return meanStdDev(Pixels<T>{src, step, mask, maskStep, roi, 3, coi}, mean, &unused), 0;
+          },
+          [](auto src, auto step, auto roi, auto mean, auto stdDev) {
+            return meanStdDev(Pixels<T>{src, step, nullptr, 0, roi}, mean, stdDev), 0;
+          },
+          [](auto src, auto step, auto roi, auto coi, auto mean, auto stdDev) {
+            return meanStdDev(Pixels<T>{src, step, nullptr, 0, roi, 3, coi}, mean, stdDev), 0;
+          },
+          [](auto src, auto step, auto mask, auto maskStep, auto roi, auto mean, auto stdDev) {
+            return meanStdDev(Pixels<T>{src, step, mask, maskStep, roi}, mean, stdDev), 0;
+          },
+          [](auto src, auto step, auto mask, auto maskStep, auto roi, auto coi, auto mean, auto stdDev) {
+            return meanStdDev(Pixels<T>{src, step, mask, maskStep, roi, 3, coi}, mean, stdDev), 0;
+          }};
+}
+
+template <class T>
+void sweepAll(const Members<T>& m, Shape threaded, double tolerance) {
+  const Members<T> p = plain<T>();
+  const Context context(m.type);
+  const Result<double> result(1, tolerance);
+  sweep("orviMean C1MR", m.mean, p.mean, threaded, In<T>(), Mask(), Roi(), result);
+  sweep("orviMean C3CMR", m.meanOfChannel, p.meanOfChannel, threaded, In<T>(3), Mask(), Roi(), Coi(), result);
+  sweep("orviMean_StdDev C1R", m.stdDev, p.stdDev, threaded, In<T>(), Roi(), result, result);
+  sweep("orviMean_StdDev C3CR", m.stdDevOfChannel, p.stdDevOfChannel, threaded, In<T>(3), Roi(), Coi(), result, result);
+  sweep("orviMean_StdDev C1MR", m.maskedStdDev, p.maskedStdDev, threaded, In<T>(), Mask(), Roi(), result, result);
+  sweep("orviMean_StdDev C3CMR", m.maskedStdDevOfChannel, p.maskedStdDevOfChannel, threaded, In<T>(3), Mask(), Roi(),
+        Coi(), result, result);
+}
+
+template <class T>
+void walkAll(const Members<T>& m) {
+  const Context context(m.type);
+  const Result<double> result;
+  walkArguments("orviMean C1MR", m.mean, orderOfChecks<T>(1, true, 3), In<T>(), Mask(), Roi(), result);
+  walkBadCoi("orviMean C3CMR", m.meanOfChannel, orderOfChecks<T>(1, true, 4), In<T>(3), Mask(), Roi(), BadCoi(),
+             result);
+  walkArguments("orviMean_StdDev C1R", m.stdDev, orderOfChecks<T>(1, false, 0), In<T>(), Roi(), result, result);
+  walkBadCoi("orviMean_StdDev C3CR", m.stdDevOfChannel, orderOfChecks<T>(1, false, 0), In<T>(3), Roi(), BadCoi(),
+             result, result);
+  walkArguments("orviMean_StdDev C1MR", m.maskedStdDev, orderOfChecks<T>(1, true, 0), In<T>(), Mask(), Roi(), result,
+                result);
+  walkBadCoi("orviMean_StdDev C3CMR", m.maskedStdDevOfChannel, orderOfChecks<T>(1, true, 0), In<T>(3), Mask(), Roi(),
+             BadCoi(), result, result);
+}
+
+// A large image of one extreme value: sums beyond 32 bits (8u, 8s) and squares near 2^58 (16u) are exact.
+template <class T>
+void extremes(const Members<T>& m, T value) {
+  const OrvSize roi{8192, quick() ? 600 : 8192};
+  const std::vector<T> image((size_t)roi.width * (size_t)roi.height, value);
+  const std::vector<uint8_t> mask(image.size(), 255);
+  forEachSetting(true, [&] {
+    double mean = 0, stdDev = 1, meanOfMasked = 0, stdDevOfMasked = 1;
+    m.stdDev(image.data(), roi.width * (int)sizeof(T), roi, &mean, &stdDev);
+    m.maskedStdDev(image.data(), roi.width * (int)sizeof(T), mask.data(), roi.width, roi, &meanOfMasked,
+                   &stdDevOfMasked);
+    CHECK(mean == value && stdDev == 0, "%s: %.17g, %.17g", m.type, mean, stdDev);
+    CHECK(meanOfMasked == value && stdDevOfMasked == 0, "%s masked: %.17g", m.type, meanOfMasked);
+  });
+}
+
+}  // namespace
+
+TEST(integers_are_exact) {
+  sweepAll(of8u, threadedShape(), 0);
+  sweepAll(of8s, threadedShape(), 0);
+  sweepAll(of16u, threadedShape(), 0);
+}
+
+// On one thread the order of the sums is fixed; bands of a team differ in the last bits.
+TEST(floats) {
+  sweepAll(of32f, {0, 0}, 0);
+  if (!quick()) sweepAll(of32f, threadedShape(), 1e-9);
+}
+
+TEST(checks) {
+  walkAll(of8u);
+  walkAll(of8s);
+  walkAll(of16u);
+  walkAll(of32f);
+}
+
+TEST(extreme_images) {
+  extremes<uint8_t>(of8u, 255);
+  extremes<int8_t>(of8s, -128);
+  extremes<uint16_t>(of16u, 65535);
+}
+
+// A spread that the one-pass formula would lose: the second pass finds it, under a mask too.
+TEST(second_pass) {
+  const OrvSize roi{37, 11};
+  std::vector<float> image;
+  std::vector<uint8_t> mask;
+  for (int i = 0; i < roi.width * roi.height; ++i) image.push_back(i % 2 ? 100000.25f : 99999.75f), mask.push_back(1);
+  // Outside the mask: anything, an infinity too.
+  for (int i = 0; i < 200; ++i) image[(size_t)(2 * i)] = i == 7 ? INFINITY : -5.f, mask[(size_t)(2 * i)] = 0;
+  for (int i = 0; i < 200; ++i) image[(size_t)(2 * i + 1)] = i % 2 ? 100000.25f : 99999.75f;
+  for (size_t i = 400; i < mask.size(); ++i) mask[i] = 0;
+  forEachSetting(false, [&] {
+    double mean, stdDev;
+    orviMean_StdDev_32f_C1MR(image.data(), roi.width * 4, mask.data(), roi.width, roi, &mean, &stdDev);
+    CHECK(mean == 100000 && stdDev == 0.25, "%.17g %.17g", mean, stdDev);
+  });
+  const std::vector<float> flat(1000 * 1100, 1000.f);
+  forEachSetting(true, [&] {
+    double mean, stdDev;
+    orviMean_StdDev_32f_C1R(flat.data(), 4000, {1000, 1100}, &mean, &stdDev);
+    CHECK(mean == 1000 && stdDev == 0, "%.17g %.17g", mean, stdDev);
+  });
+}
+
+TEST(results_may_be_left_out) {
+  const uint8_t image[] = {1, 3};
+  double mean = -1, stdDev = -1;
+  CHECK(orviMean_StdDev_8u_C1R(image, 2, {2, 1}, &mean, nullptr) == orvStatusOk && mean == 2);
+  CHECK(orviMean_StdDev_8u_C1R(image, 2, {2, 1}, nullptr, &stdDev) == orvStatusOk && stdDev == 1);
+  CHECK(orviMean_StdDev_8u_C1R(image, 2, {2, 1}, nullptr, nullptr) == orvStatusOk);
+}
+
+// Above 32 threads the slots are allocated; without memory for them the calling thread does the work.
+TEST(many_threads) {
+  const OrvSize roi{2300, 2300};
+  const std::vector<uint8_t> image((size_t)roi.width * (size_t)roi.height, 7);
+  steerThreads(40);
+  for (const int failing : {0, 1}) {
+    steerFailAllocation(failing);
+    double mean = 0, stdDev = 1;
+    CHECK(orviMean_StdDev_8u_C1R(image.data(), roi.width, roi, &mean, &stdDev) == orvStatusOk);
+    CHECK(mean == 7 && stdDev == 0, "%g %g", mean, stdDev);
+    CHECK(steeredAllocations() == 1 && steeredLiveAllocations() == 0);
+  }
+  steerFailAllocation(0);
+  steerThreads(1);
+}

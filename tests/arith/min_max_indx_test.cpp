@@ -1,0 +1,150 @@
+// Extrema with their positions.
+#include "statistics_cases.h"
+
+using namespace test;
+
+namespace {
+
+template <class T>
+struct Members {
+  const char* type;
+  OrvStatus (*plain)(const T*, int32_t, OrvSize, float*, float*, OrvPoint*, OrvPoint*);
+  OrvStatus (*channel)(const T*, int32_t, OrvSize, int32_t, float*, float*, OrvPoint*, OrvPoint*);
+  OrvStatus (*masked)(const T*, int32_t, const uint8_t*, int32_t, OrvSize, float*, float*, OrvPoint*, OrvPoint*);
+  OrvStatus (*maskedChannel)(const T*, int32_t, const uint8_t*, int32_t, OrvSize, int32_t, float*, float*, OrvPoint*,
+                             OrvPoint*);
+};
+#define MEMBERS(tag)                                                                            \
+  {                                                                                             \
+#tag, orviMinMaxIndx_##tag##_C1R, orviMinMaxIndx_##tag##_C3CR, orviMinMaxIndx_##tag##_C1MR, \
+        orviMinMaxIndx_##tag##_C3CMR                                                            \
+  }
+const Members<uint8_t> of8u = MEMBERS(8u);
+const Members<int8_t> of8s = MEMBERS(8s);
+const Members<uint16_t> of16u = MEMBERS(16u);
+const Members<float> of32f = MEMBERS(32f);
+
+template <class T>
+Members<T> plainForms() {
+  using reference::extrema;
+  using reference::Pixels;
+  return {"plain",
+          [](auto src, auto step, auto roi, auto... out) {
+            return extrema(Pixels<T>{src, step, nullptr, 0, roi}, out...), 0;
+          },
+          [](auto src, auto step, auto roi, auto coi, auto... out) {
+            return extrema(Pixels<T>{src, step, nullptr, 0, roi, 3, coi}, out...), 0;
+          },
+          [](auto src, auto step, auto mask, auto maskStep, auto roi, auto... out) {
+            return extrema(Pixels<T>{src, step, mask, maskStep, roi}, out...), 0;
+          },
+          [](auto src, auto step, auto mask, auto maskStep, auto roi, auto coi, auto... out) {
+            return extrema(Pixels<T>{src, step, mask, maskStep, roi, 3, coi}, out...), 0;
+          }};
+}
+
+// A position as two numbers, for the comparison of results.
+struct Position : Result<int32_t> {
+  Position() : Result<int32_t>(2) {}
+  std::tuple<OrvPoint*> arguments(Side side) {
+    return {(OrvPoint*)(void*)std::get<0>(Result<int32_t>::arguments(side))};
+  }
+};
+
+template <class T>
+void sweepAll(const Members<T>& m) {
+  const Members<T> p = plainForms<T>();
+  const Context context(m.type);
+  const Result<float> value;
+  const Position position;
+  for (const Shape threaded : {Shape{131, 127}, Shape{2500, 9}, Shape{17000, 3}}) {
+    sweep("C1R", m.plain, p.plain, threaded, wild(In<T>()), Roi(), value, value, position, position);
+    sweep("C3CR", m.channel, p.channel, threaded, wild(In<T>(3)), Roi(), Coi(), value, value, position, position);
+    sweep("C1MR", m.masked, p.masked, threaded, wild(In<T>()), Mask(), Roi(), value, value, position, position);
+    sweep("C3CMR", m.maskedChannel, p.maskedChannel, threaded, wild(In<T>(3)), Mask(), Roi(), Coi(), value, value,
+          position, position);
+    if (quick()) break;
+  }
+}
+
+template <class T>
+void walkAll(const Members<T>& m) {
+  const Context context(m.type);
+  const Result<float> v;
+  const Position p;
+  walkArguments("C1R", m.plain, orderOfChecks<T>(1, false, 0), In<T>(), Roi(), v, v, p, p);
+  walkBadCoi("C3CR", m.channel, orderOfChecks<T>(1, false, 0), In<T>(3), Roi(), BadCoi(), v, v, p, p);
+  walkArguments("C1MR", m.masked, orderOfChecks<T>(1, true, 0), In<T>(), Mask(), Roi(), v, v, p, p);
+  walkBadCoi("C3CMR", m.maskedChannel, orderOfChecks<T>(1, true, 0), In<T>(3), Mask(), Roi(), BadCoi(), v, v, p, p);
+}
+
+// A flat image with equal extremes planted in several bands and blocks; the first under the mask counts.
+template <class T>
+void ties(const Members<T>& m, T flat, T low, T high) {
+  Random r(seed());
+  const OrvSize roi{300, 700};
+  for (int round = 0; round < (quick() ? 3 : 30); ++round) {
+    std::vector<T> image((size_t)(roi.width * roi.height), flat);
+    std::vector<uint8_t> mask(image.size(), 0);
+    // Set from some row on: whole bands of a team stay empty.
+    for (size_t i = (size_t)r.in(0, (int)mask.size() - 1); i < mask.size(); ++i) mask[i] = r.one(3) ? 255 : 0;
+    for (int k = 0; k < 40; ++k) image[(size_t)r.in(0, (int)image.size() - 1)] = k % 2 ? low : high;
+    const int32_t step = roi.width * (int32_t)sizeof(T);
+    float low0, high0, low1 = 0, high1 = 0;
+    OrvPoint p0, q0, p1{}, q1{};
+    reference::extrema(reference::Pixels<T>{image.data(), step, mask.data(), roi.width, roi}, &low0, &high0, &p0, &q0);
+    forEachSetting(true, [&] {
+      m.masked(image.data(), step, mask.data(), roi.width, roi, &low1, &high1, &p1, &q1);
+      CHECK(low0 == low1 && high0 == high1, "%s: %g %g, not %g %g", m.type, low1, high1, low0, high0);
+      CHECK(p0.x == p1.x && p0.y == p1.y, "%s: minimum at %d %d, not %d %d", m.type, p1.x, p1.y, p0.x, p0.y);
+      CHECK(q0.x == q1.x && q0.y == q1.y, "%s: maximum at %d %d, not %d %d", m.type, q1.x, q1.y, q0.x, q0.y);
+    });
+  }
+}
+
+}  // namespace
+
+TEST(against_plain_forms) {
+  sweepAll(of8u);
+  sweepAll(of8s);
+  sweepAll(of16u);
+  sweepAll(of32f);
+}
+
+TEST(checks) {
+  walkAll(of8u);
+  walkAll(of8s);
+  walkAll(of16u);
+  walkAll(of32f);
+}
+
+TEST(first_of_equal_pixels) {
+  ties<uint8_t>(of8u, 7, 0, 255);
+  ties<uint8_t>(of8u, 255, 255, 255);
+  ties<int8_t>(of8s, -1, -128, 127);
+  ties<uint16_t>(of16u, 40000, 39999, 40001);
+  ties<float>(of32f, 0.5f, -INFINITY, INFINITY);
+  ties<float>(of32f, INFINITY, INFINITY, INFINITY);
+}
+
+// The zero that is reported is the pixel's own, with its sign.
+TEST(signed_zeros) {
+  const float image[] = {5, -0.f, 0.f, 1, 2};
+  forEachSetting(false, [&] {
+    float low = 9;
+    orviMinMaxIndx_32f_C1R(image, 20, {5, 1}, &low, nullptr, nullptr, nullptr);
+    CHECK(low == 0 && signbit(low));
+  });
+}
+
+TEST(results_may_be_left_out) {
+  const uint8_t image[] = {4, 9, 2};
+  for (int given = 0; given < 16; ++given) {
+    float low = -1, high = -1;
+    OrvPoint p{-1, -1}, q{-1, -1};
+    CHECK(orviMinMaxIndx_8u_C1R(image, 3, {3, 1}, given & 1 ? &low : nullptr, given & 2 ? &high : nullptr,
+                                given & 4 ? &p : nullptr, given & 8 ? &q : nullptr) == orvStatusOk);
+    CHECK(low == (given & 1 ? 2 : -1) && high == (given & 2 ? 9 : -1));
+    CHECK(p.x == (given & 4 ? 2 : -1) && q.x == (given & 8 ? 1 : -1));
+  }
+}
