@@ -83,7 +83,8 @@ HWY_INLINE hn::VFromD<D> FoldColumns(D d, const R* const* rows, ptrdiff_t x) {
 // vector(d, x) for 0 <= x < n over lanes of R; the results must not lie where the sources do.
 template <class R, class Vector>
 HWY_INLINE void ForLanes(ptrdiff_t n, const Vector& vector) {
-  OverlappedVectors<R, HWY_MAX_BYTES / sizeof(R)>(n, vector);
+  const auto one = [&](Count<1>, auto d, ptrdiff_t x) __attribute__((always_inline)) { vector(d, x); };
+  OverlappedVectors<R, HWY_MAX_BYTES / sizeof(R)>(0, n, one);
 }
 
 template <class K, class T, class R>
