@@ -104,10 +104,10 @@ std::function<void()> floats(const bench::Frame& f) {
   };
 }
 
-// A stage alone, whole image at once: rows of an image in, rows of an image out.
+// A stage alone, whole image at once: rows of an image in, rows of an image out. The rows keep their image alive.
 template <class T>
 std::shared_ptr<std::vector<T*>> rowsOf(const bench::Picture<T>& image, int count, int height) {
-  auto rows = std::make_shared<std::vector<T*>>();
+  std::shared_ptr<std::vector<T*>> rows(new std::vector<T*>(), [image](std::vector<T*>* list) { delete list; });
   for (int y = 0; y < count; ++y) rows->push_back(rowAt(image, std::min(y, height - 1)));
   return rows;
 }
