@@ -52,6 +52,11 @@ struct MovedPixels {
 // Nearly every load of 64 bytes at a moved address touches two cache lines and takes twice as long. For small kernels
 // each vector is loaded once, and the windows are cut out of neighbours. The last load is masked: nothing behind the
 // row is read.
+//
+// The lane numbers come from a table: the vector header's own counting stays a call where its tuning isn't the
+// kernel's.
+alignas(64) constexpr int32_t counting[32] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
+                                              16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31};
 template <int N, int C, int Size>
 struct CutPixels {
   hn::Vec512<float> part[N + 1];
@@ -64,8 +69,8 @@ struct CutPixels {
   }
   HWY_INLINE hn::Vec512<float> operator()(ptrdiff_t i, ptrdiff_t v) const {
     if (i == 0) return part[v];
-    const auto lanes = hn::Iota(hn::Full512<int32_t>(), (int32_t)i * C);
-    return hn::Vec512<float>{_mm512_permutex2var_ps(part[v].raw, lanes.raw, part[v + 1].raw)};
+    const __m512i lanes = _mm512_loadu_si512(counting + i * C);
+    return hn::Vec512<float>{_mm512_permutex2var_ps(part[v].raw, lanes, part[v + 1].raw)};
   }
 };
 template <int N, int C, int Size, class D>
