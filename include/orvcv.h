@@ -6,7 +6,7 @@
  * - Arguments are checked in a fixed order (pointers, sizes, steps, step alignment, then the family's own, unless a
  *   function says otherwise); the first failure is returned and nothing has been written then.
  * - All functions may be called from any number of threads at once on disjoint outputs. Large images are processed by
- *   a team of threads inside the call; the result never depends on the number of threads, nor on the processor.
+ *   a team of threads inside the call. Results depend on the processor never, on the team in sums of floats only.
  */
 #ifndef ORVCV_H
 #define ORVCV_H
