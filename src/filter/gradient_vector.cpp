@@ -18,12 +18,13 @@
 #include "filter/fixed_filter.h"
 #include "filter/taps.h"
 #include "filter/fixed_kernels.h"
+#include "filter/gradient_vector.h"
 
-#ifndef ORV_GRADIENT_BLOCK
-#define ORV_GRADIENT_BLOCK
+#ifndef ORV_GRADIENT_FORMS
+#define ORV_GRADIENT_FORMS
 namespace ORV_VARIANT {
 
-enum : ptrdiff_t { gradientBlock = 512, angleBlock = 64 };
+enum : ptrdiff_t { angleBlock = 64 };
 
 // The forms: taps that smooth, in either direction, and taps along the row.
 struct Sobel3 {
@@ -101,7 +102,6 @@ KERNELS_END
 
 #if HWY_ONCE
 #include "core/primitives.h"
-#include "filter/gradient_vector.h"
 
 namespace {
 
@@ -118,7 +118,7 @@ struct GradientCall {
 
 template <class T, class R>
 struct GradientKernels {
-  void (*gradients)(const T* const* rows, ptrdiff_t n, R* gx, R* gy);
+  GradientKernel<T, R> gradients;
   void (*add)(const R* gx, const R* gy, R* mag, ptrdiff_t n);
 };
 
@@ -235,6 +235,17 @@ OrvStatus scharrGradient(const GradientCall<T, R>& call, const GradientKernels<T
 }
 
 }  // namespace
+
+GradientKernel<uint8_t, int16_t> ORV_VARIANT::byteGradients(GradientForm form) {
+  return form == GradientForm::sobel3   ? WIDEST(ByteGradients<Sobel3>)
+         : form == GradientForm::sobel5 ? WIDEST(ByteGradients<Sobel5>)
+                                        : WIDEST(ByteGradients<Scharr3>);
+}
+GradientKernel<float, float> ORV_VARIANT::floatGradients(GradientForm form) {
+  return form == GradientForm::sobel3   ? WIDEST(FloatGradients<Sobel3>)
+         : form == GradientForm::sobel5 ? WIDEST(FloatGradients<Sobel5>)
+                                        : WIDEST(FloatGradients<Scharr3>);
+}
 
 OrvStatus orviGradientVectorGetBufferSize(OrvSize roiSize, OrvMaskSize maskSize, OrvDataType dataType,
                                           int32_t numChannels, int32_t* bufferSize) {
