@@ -6,6 +6,13 @@
 #include "core/vectors.h"
 #include "filter/row_strip.h"
 
+#ifndef ORV_TENSOR_PLANES
+#define ORV_TENSOR_PLANES
+namespace ORV_VARIANT {
+enum : int32_t { planes = 3 };
+}
+#endif
+
 KERNELS_BEGIN
 
 // dx * dx, dx * dy, dy * dy, a plane each.
@@ -33,10 +40,12 @@ HWY_INLINE void SumWindows(const float* s, float* out, ptrdiff_t n, int32_t size
         hn::StoreU(sum, d, out + x);
       });
 }
-void WindowSums(const float* s, float* out, ptrdiff_t n, int32_t size) {
-  if (size == 3) SumWindows<3>(s, out, n, size);
-  else if (size == 5) SumWindows<5>(s, out, n, size);
-  else SumWindows<0>(s, out, n, size);
+void WindowSums(const float* s, ptrdiff_t pitch, float* out, ptrdiff_t outPitch, ptrdiff_t n, int32_t size) {
+  for (ptrdiff_t p = 0; p < planes; ++p, s += pitch, out += outPitch) {
+    if (size == 3) SumWindows<3>(s, out, n, size);
+    else if (size == 5) SumWindows<5>(s, out, n, size);
+    else SumWindows<0>(s, out, n, size);
+  }
 }
 
 // out[x] = (sum of `size` rows) * scale, from row `first` of a ring on, whose rows are `step` elements apart.
@@ -57,10 +66,15 @@ HWY_INLINE void MeanOfRing(const float* ring, ptrdiff_t step, int32_t first, flo
         hn::StoreU(hn::Mul(sum, hn::Set(d, scale)), d, out + x);
       });
 }
-void RingMeans(const float* ring, ptrdiff_t step, int32_t first, float* out, ptrdiff_t n, int32_t size, float scale) {
-  if (size == 3) MeanOfRing<3>(ring, step, first, out, n, size, scale);
-  else if (size == 5) MeanOfRing<5>(ring, step, first, out, n, size, scale);
-  else MeanOfRing<0>(ring, step, first, out, n, size, scale);
+void RingMeans(const float* ring, ptrdiff_t pitch, int32_t first, float* out, ptrdiff_t outPitch, ptrdiff_t n,
+               int32_t size) {
+  const float scale = 1.0f / (float)wrapMul(size, size);
+  const ptrdiff_t step = planes * pitch;
+  for (ptrdiff_t p = 0; p < planes; ++p, ring += pitch, out += outPitch) {
+    if (size == 3) MeanOfRing<3>(ring, step, first, out, n, size, scale);
+    else if (size == 5) MeanOfRing<5>(ring, step, first, out, n, size, scale);
+    else MeanOfRing<0>(ring, step, first, out, n, size, scale);
+  }
 }
 
 KERNELS_END
@@ -72,19 +86,23 @@ KERNELS_END
 
 namespace {
 
-enum : int32_t { planes = 3, mostGradientRows = 5 };
+enum : int32_t { mostGradientRows = 5 };
 constexpr int64_t leastStrip = 256, cacheBytes = 32 << 10;
 
+template <class R>
 struct TensorKernels {
-  void (*windowSums)(const float*, float*, ptrdiff_t, int32_t);
-  void (*ringMeans)(const float*, ptrdiff_t, int32_t, float*, ptrdiff_t, int32_t, float);
+  void (*products)(const R* dx, const R* dy, float* planes, ptrdiff_t pitch, ptrdiff_t n);
+  void (*windowSums)(const float* s, ptrdiff_t pitch, float* out, ptrdiff_t outPitch, ptrdiff_t n, int32_t size);
+  void (*ringMeans)(const float* ring, ptrdiff_t pitch, int32_t first, float* out, ptrdiff_t outPitch, ptrdiff_t n,
+                    int32_t size);
 };
 
-// Elements of a row of scratch: whole pieces of 32 bytes.
+// Elements of a row of scratch: whole cache lines, of short rows half lines, as their scratch is scant.
+enum : ptrdiff_t { line = 64, shortRowBytes = 256 };
 template <class E>
 constexpr ptrdiff_t pitchOf(ptrdiff_t elements) {
-  constexpr ptrdiff_t piece = 32 / sizeof(E);
-  return (elements + piece - 1) & ~(piece - 1);
+  const ptrdiff_t bytes = elements * (ptrdiff_t)sizeof(E), piece = bytes < shortRowBytes ? line / 2 : line;
+  return ((bytes + piece - 1) & -piece) / (ptrdiff_t)sizeof(E);
 }
 
 // Scratch of a strip of `columns` columns.
@@ -92,7 +110,7 @@ template <class T, class R>
 int64_t tensorBytes(const TensorCall<T, R>& call, int64_t columns) {
   const int64_t n = call.window, wide = columns + n - 1;
   const int64_t ring = n == 1 ? 0 : n * planes * pitchOf<float>(columns) * (int64_t)sizeof(float);
-  return 31 + planes * pitchOf<float>(wide) * (int64_t)sizeof(float) + ring +
+  return line - 1 + planes * pitchOf<float>(wide) * (int64_t)sizeof(float) + ring +
          2 * pitchOf<R>(wide) * (int64_t)sizeof(R) + call.maskRows * (wide + call.maskRows - 1) * (int64_t)sizeof(T);
 }
 
@@ -110,8 +128,7 @@ int32_t stripColumns(const TensorCall<T, R>& call, int64_t bytes) {
 template <class T, class R>
 struct TensorStrip {
   const TensorCall<T, R>& call;
-  TensorKernels kernels;
-  void (*products)(const R*, const R*, float*, ptrdiff_t, ptrdiff_t);
+  TensorKernels<R> kernels;
   int32_t left, columns;  // of the results
   int32_t wide;           // columns of products, from left - lo on
   int32_t from, to;       // columns of the computed products
@@ -125,10 +142,8 @@ struct TensorStrip {
 
   int32_t half() const { return call.maskRows / 2; }
 
-  TensorStrip(const TensorCall<T, R>& whole, const TensorKernels& forms,
-              void (*multiply)(const R*, const R*, float*, ptrdiff_t, ptrdiff_t), int32_t x, int32_t count,
-              uint8_t* memory)
-      : call(whole), kernels(forms), products(multiply), left(x), columns(count), nextRow(INT32_MIN) {
+  TensorStrip(const TensorCall<T, R>& whole, const TensorKernels<R>& forms, int32_t x, int32_t count, uint8_t* memory)
+      : call(whole), kernels(forms), left(x), columns(count), nextRow(INT32_MIN) {
     const int32_t n = call.window, lo = (n - 1) / 2, h = n / 2, width = call.roi.width;
     wide = columns + n - 1;
     const bool memoryLeft = call.sides & orvBorderInMemLeft, memoryRight = call.sides & orvBorderInMemRight;
@@ -138,7 +153,7 @@ struct TensorStrip {
     Scratch scratch{memory};
     productPitch = pitchOf<float>(wide);
     ringPitch = pitchOf<float>(columns);
-    product = scratch.take<float>(planes * productPitch, 32);
+    product = scratch.take<float>(planes * productPitch, line);
     ring = scratch.take<float>(n == 1 ? 0 : n * planes * ringPitch, 32);
     dx = scratch.take<R>(pitchOf<R>(wide), 32);
     dy = scratch.take<R>(pitchOf<R>(wide), 32);
@@ -183,7 +198,7 @@ struct TensorStrip {
       for (int32_t i = 0; i < size; ++i) shifted[i] = rows[i] + x;
       call.gradient(shifted, count - x < gradientBlock ? count - x : (ptrdiff_t)gradientBlock, dx + x, dy + x);
     }
-    products(dx, dy, product + before, productPitch, count);
+    kernels.products(dx, dy, product + before, productPitch, count);
     for (int32_t p = 0; p < planes && before + behind > 0; ++p) {
       float* const plane = product + p * productPitch;
       const bool replicated = call.kind == orvBorderRepl;
@@ -200,7 +215,6 @@ struct TensorStrip {
     const int32_t n = call.window, lo = (n - 1) / 2;
     const int32_t top = call.sides & orvBorderInMemTop ? -lo : 0;
     const int32_t bottom = call.sides & orvBorderInMemBottom ? call.roi.height + n / 2 : call.roi.height;
-    const float scale = 1.0f / (float)wrapMul(n, n);
     int32_t made = INT32_MIN;  // the row of the newest sums
     for (int32_t i = 0; i < count + n - 1; ++i) {
       const int32_t wanted = y0 - lo + i, y = wanted < top ? top : wanted >= bottom ? bottom - 1 : wanted;
@@ -213,14 +227,11 @@ struct TensorStrip {
       } else {
         makeProducts(y);
         made = y;
-        for (int32_t p = 0; p < planes && n > 1; ++p)
-          kernels.windowSums(product + p * productPitch, sums + p * ringPitch, columns, n);
+        if (n > 1) kernels.windowSums(product, productPitch, sums, ringPitch, columns, n);
       }
       if (i < n - 1) continue;
       // The means take the place of the products.
-      for (int32_t p = 0; p < planes && n > 1; ++p)
-        kernels.ringMeans(ring + p * ringPitch, planes * ringPitch, (i + 1) % n, product + p * productPitch, columns, n,
-                          scale);
+      if (n > 1) kernels.ringMeans(ring, ringPitch, (i + 1) % n, product, productPitch, columns, n);
       float* const dst = raw(call.dst.row(y0 + i - (n - 1))) + (ptrdiff_t)left * call.channels;
       call.result(product, productPitch, dst, columns, left, call.work);
     }
@@ -229,11 +240,11 @@ struct TensorStrip {
 
 template <class T, class R>
 void runStrips(const TensorCall<T, R>& call, int32_t first, int32_t rows, uint8_t* memory, int64_t bytes) {
-  const TensorKernels kernels = {WIDEST(WindowSums), WIDEST(RingMeans)};
+  const TensorKernels<R> kernels = {WIDEST(Products<R>), WIDEST(WindowSums), WIDEST(RingMeans)};
   const int32_t width = call.roi.width, columns = stripColumns(call, bytes);
   for (int32_t x = 0; x < width && columns > 0; x += columns) {
     const int32_t count = width - x < columns ? width - x : columns;
-    TensorStrip<T, R>(call, kernels, WIDEST(Products<R>), x, count, memory).run(first, rows);
+    TensorStrip<T, R>(call, kernels, x, count, memory).run(first, rows);
   }
 }
 
