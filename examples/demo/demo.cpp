@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
+#include "corners.h"
 #include "derivatives.h"
 #include "frames.h"
 #include "gaussian.h"
@@ -169,6 +170,7 @@ void run(const std::string& directory, const std::string& path) {
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
   showDerivatives(sheet, gray);
+  showCorners(sheet, gray);
   showStatistics(sheet, photo, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }

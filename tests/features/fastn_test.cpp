@@ -192,7 +192,8 @@ TEST(lists) {
     int32_t count = -1;
     CHECK(orviFastN2DToVec_8u(corner.data(), corner.step(), score.data(), score.step(),
                               (OrvCornerFastN*)(void*)list.data(), size, most, &count, state.memory.data()) == 0);
-    CHECK(count == number && memcmp(list.data(), want.data(), sizeof(OrvCornerFastN) * want.size()) == 0,
+    want.push_back({});  // so that there is a place to compare
+    CHECK(count == number && memcmp(list.data(), want.data(), sizeof(OrvCornerFastN) * (want.size() - 1)) == 0,
           "%d by %d, %d corners, not %d", size.width, size.height, (int)count, number);
   }
 }
