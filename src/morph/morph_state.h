@@ -29,32 +29,18 @@ struct MorphSetup {
 
 enum : int32_t { packedBits = 0, morphRecordBytes = 96 };
 
-// Element type of the images behind a record: OrvDataType of T.
-template <class T>
-constexpr int32_t morphDataType();
-template <>
-constexpr int32_t morphDataType<uint8_t>() {
-  return orvData8u;
-}
-template <>
-constexpr int32_t morphDataType<uint16_t>() {
-  return orvData16u;
-}
-template <>
-constexpr int32_t morphDataType<int16_t>() {
-  return orvData16s;
-}
-template <>
-constexpr int32_t morphDataType<float>() {
-  return orvData32f;
-}
-
 static constexpr int32_t morphElementBytes(int32_t dataType) {
   return dataType == orvData32f ? 4 : dataType == orvData16u || dataType == orvData16s ? 2 : 1;
 }
 
 static inline OrvPoint centreAnchor(OrvSize maskSize) {
   return {(maskSize.width - 1) >> 1, (maskSize.height - 1) >> 1};
+}
+
+// The setup of the records with a border argument, in the caller's memory. Of these only 16-bit types take ellipses.
+static inline MorphSetup borderSetup(int32_t dataType, int32_t channels, int32_t roiWidth, const uint8_t* mask,
+                                     OrvSize maskSize, OrvPoint anchor) {
+  return {dataType, channels, roiWidth, maskSize, mask, anchor, morphElementBytes(dataType) == 2 ? 0 : 1, false};
 }
 
 // Reported sizes, 32 bits that wrap: of the block of a record, and of the scratch that building it and filtering take.
