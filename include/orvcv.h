@@ -21,4 +21,5 @@
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
 #include "orvcv/morphology.h"
+#include "orvcv/rank_filter.h"
 #endif
