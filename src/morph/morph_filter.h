@@ -40,6 +40,6 @@ static inline int32_t scratchOf(const OrvMorphState& state) {
 }
 
 // Filters a region by the path of the mask: a copy, the separable filter, or the fold of mask_fold.h.
-OrvStatus filterUnderMask(const MaskFold& call, const OrvMorphState& state);
+void filterUnderMask(const MaskFold& call, const OrvMorphState& state);
 
 }  // namespace ORV_VARIANT

@@ -1,5 +1,6 @@
 // Sizes and construction of the record of a prepared mask.
 #include "morph/morph_state.h"
+#include "morph/rank_driver.h"
 
 namespace {
 
@@ -7,11 +8,11 @@ uint32_t roundUp(uint32_t bytes, uint32_t unit) { return (bytes + unit - 1) & ~(
 
 uint32_t maskBytes(OrvSize size) { return roundUp((uint32_t)size.width * (uint32_t)size.height, 16); }
 
-// Scratch of the separable minimum; the 16-bit forms report twice their need.
+// Scratch of the separable path; the 16-bit forms report twice their need.
 uint32_t rankBytes(int32_t dataType, int32_t channels, int32_t width, int32_t height) {
-  const uint32_t h = (uint32_t)height, row = (uint32_t)(width * channels * morphElementBytes(dataType)) + 32;
-  const uint32_t bytes = 2 * h * row + 32 * h + 32;
-  return morphElementBytes(dataType) == 2 ? 2 * bytes : bytes;
+  const int32_t element = morphElementBytes(dataType);
+  const int32_t bytes = rankBufferBytes(wrapMul(width, channels, element), height);
+  return (uint32_t)(element == 2 ? wrapMul(bytes, 2) : bytes);
 }
 
 // Scratch of the row-length path. Bytes of 8u count one channel, whatever the image has.
