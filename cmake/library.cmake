@@ -1,6 +1,19 @@
 # The vision library: one source list compiled as two variants, the stubs that choose between them, and the link.
 file(GLOB_RECURSE ORVCV_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.cpp)
 
+# The sources of a list that the n8 variant needs: all but those whose head says that u8 serves both. The linker finds
+# a wrong claim, since a body of n8, or what it calls, would be undefined. Claims are read when the build is configured.
+function(orvcv_two_bodies result)
+  set(kept)
+  foreach(source ${ARGN})
+    file(STRINGS ${source} claim REGEX "^// One body serves both variants\\.$" LIMIT_COUNT 1)
+    if(NOT claim)
+      list(APPEND kept ${source})
+    endif()
+  endforeach()
+  set(${result} ${kept} PARENT_SCOPE)
+endfunction()
+
 # Flags of every object. Results must not depend on the compiler's freedom: no contraction, wrapping integers.
 add_library(orvcv_flags INTERFACE)
 target_include_directories(orvcv_flags INTERFACE ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src)
@@ -18,15 +31,16 @@ if(ORVCV_SANITIZE)
 endif()
 target_link_libraries(orvcv_flags INTERFACE OpenMP::OpenMP_CXX)
 
-function(orvcv_variant name is_n8)
-  add_library(${name} OBJECT ${ORVCV_SOURCES})
+function(orvcv_variant name is_n8 sources)
+  add_library(${name} OBJECT ${sources})
   target_compile_options(${name} PRIVATE -mssse3 ${ARGN})
   # What the compiler leaves out of line of the vector header, it shall keep in this variant.
   target_compile_definitions(${name} PRIVATE ORV_VARIANT=${name}_ ORV_IS_N8=${is_n8} hwy=${name}_hwy)
   target_link_libraries(${name} PRIVATE orvcv_flags)
 endfunction()
-orvcv_variant(u8 0 -mtune=generic)
-orvcv_variant(n8 1 -mmovbe -mtune=silvermont)
+orvcv_variant(u8 0 "${ORVCV_SOURCES}" -mtune=generic)
+orvcv_two_bodies(ORVCV_N8_SOURCES ${ORVCV_SOURCES})
+orvcv_variant(n8 1 "${ORVCV_N8_SOURCES}" -mmovbe -mtune=silvermont)
 
 set(DISPATCH ${PROJECT_SOURCE_DIR}/src/dispatch)
 add_library(orvcv_dispatch OBJECT ${DISPATCH}/stubs.S ${DISPATCH}/select.c)

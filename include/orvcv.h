@@ -20,5 +20,6 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/morphology.h"
 #include "orvcv/rank_filter.h"
 #endif

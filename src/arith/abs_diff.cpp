@@ -1,4 +1,5 @@
 // Absolute difference of two images.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/abs_diff.cpp"
 #include "arith/pointwise.h"

@@ -1,4 +1,5 @@
 // Absolute difference of an image and a constant.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/abs_diff_c.cpp"
 #include "arith/pointwise.h"

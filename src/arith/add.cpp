@@ -1,4 +1,5 @@
 // Accumulation of images: srcDst += src.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/add.cpp"
 #include "arith/pointwise.h"

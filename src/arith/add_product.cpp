@@ -1,4 +1,5 @@
 // Accumulation of products of two images: srcDst += src1 * src2.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/add_product.cpp"
 #include "arith/pointwise.h"

@@ -1,4 +1,5 @@
 // Accumulation of squares: srcDst += src * src.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/add_square.cpp"
 #include "arith/pointwise.h"

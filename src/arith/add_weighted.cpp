@@ -1,4 +1,5 @@
 // Running average: srcDst moves towards src by the share alpha.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/add_weighted.cpp"
 #include "arith/pointwise.h"

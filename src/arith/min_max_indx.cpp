@@ -4,6 +4,7 @@
 // alone; a block that improves strictly on all before it is remembered, and only the remembered block is searched for
 // the position at the end. So the first of equal pixels wins at hardly any cost. Signed bytes are ordered by their bits
 // with the sign flipped. With nothing taken the extremes keep their neutral values, the minimum above the maximum.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/min_max_indx.cpp"
 #include "core/kernels.h"

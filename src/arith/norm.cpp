@@ -1,4 +1,5 @@
 // Norms of an image.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/norm.cpp"
 #include "core/kernels.h"

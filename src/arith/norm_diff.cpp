@@ -1,4 +1,5 @@
 // Norms of the difference of two images.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/norm_diff.cpp"
 #include "core/kernels.h"

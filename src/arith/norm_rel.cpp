@@ -1,4 +1,5 @@
 // Relative norms: that of a difference over that of the second image.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "arith/norm_rel.cpp"
 #include "core/kernels.h"

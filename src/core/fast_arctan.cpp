@@ -1,4 +1,5 @@
 // Angles of vectors in degrees, by a quadratic.
+// One body serves both variants.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "core/fast_arctan.cpp"
 #include "core/kernels.h"

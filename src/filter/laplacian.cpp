@@ -1,4 +1,5 @@
 // Laplacian filters: sums of two separable kernels, whose row passes share a slot of the ring.
+// One body serves both variants.
 #include <string.h>
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/laplacian.cpp"

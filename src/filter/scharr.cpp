@@ -1,4 +1,5 @@
 // Scharr filters: a central difference along one direction, smoothed by 3 10 3 along the other.
+// One body serves both variants.
 #include <string.h>
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/scharr.cpp"

@@ -1,4 +1,5 @@
 // Taps of Sobel kernels of any size, made by repeated sums and differences of neighbours.
+// One body serves both variants.
 #include "core/checks.h"
 #include "core/image.h"
 

@@ -11,8 +11,10 @@
 // algorithm for local minimum and maximum filters", 1992): the extrema of the block's rows from each row to the last,
 // and of the rows below it from the first on; a window is one of either. So the time depends little on the window.
 //
-// Limitations. src and dst don't overlap. Scratch is what rankBufferBytes() tells, at any address: narrow strips and
-// few lines at a time make do with it.
+// A side of the image may have real pixels beyond it; rows and columns are then clipped at the last of these.
+//
+// Limitations. src and dst don't overlap. Scratch may lie at any address; without real pixels beyond the sides, what
+// rankBufferBytes() tells is always enough: narrow strips and few lines at a time make do with it.
 #pragma once
 #include <string.h>
 #include "core/checks.h"
@@ -33,14 +35,23 @@ struct Reach {
   ptrdiff_t length() const { return before + 1 + behind; }
 };
 
+// Real pixels beyond the sides that windows may meet.
+struct RankMargin {
+  ptrdiff_t left, top, right, bottom;
+};
+
 template <class T>
 struct RankCall {
   Plane<const T> src;
   Plane<T> dst;
   ptrdiff_t width, height, channels;
   Reach rows, columns;
-  int32_t maskRows;  // as the caller gave them: the size of the buffer depends on it
+  RankMargin margin;
   uint8_t* buffer;
+  ptrdiff_t bytes;  // of the buffer
+
+  // Columns that windows may meet.
+  ptrdiff_t realWidth() const { return margin.left + width + margin.right; }
 };
 
 // How a call divides the image and its scratch memory.
@@ -66,12 +77,10 @@ static ptrdiff_t rankPlanBytes(const RankCall<T>& call, const RankPlan& plan) {
 }
 
 // Strips that stay in the first cache, or else half the image, whose windows need no more than a row of columns beyond
-// the strip: that always fits, with one line at a time.
+// the strip: that fits into what is reported, with one line at a time.
 template <class T>
 static RankPlan planRank(const RankCall<T>& call) {
   const ptrdiff_t element = sizeof(T), width = call.width, high = call.rows.length();
-  const ptrdiff_t bytes =
-      2 * call.maskRows * (width * call.channels * element + 32) + 32 * (ptrdiff_t)call.maskRows + 32;
   const ptrdiff_t around = call.columns.length() - 1, half = (width + 1) / 2;
   const ptrdiff_t pixels = rankStripBytes / element / call.channels, wide = pixels < 4 * around ? 4 * around : pixels;
   const ptrdiff_t strips[] = {wide < width * 2 / 3 ? wide : width, wide < half ? wide : half};
@@ -85,12 +94,13 @@ static RankPlan planRank(const RankCall<T>& call) {
   for (;; --plan.level)
     for (const ptrdiff_t strip : strips)
       for (const uintptr_t alignment : alignments) {
-        const ptrdiff_t beyond = strip + width - 2, span = strip + (around < beyond ? around : beyond);
+        const ptrdiff_t beyond = strip + call.realWidth() - 2, span = strip + (around < beyond ? around : beyond);
         const ptrdiff_t unit = (ptrdiff_t)alignment / element;
         plan.strip = strip, plan.alignment = alignment;
         plan.line = (span * call.channels + 2 * (unit - 1)) & -unit;
-        plan.plain = ((span < width ? span : width) * call.channels + unit - 1) & -unit;
-        if (rankPlanBytes(call, plan) <= bytes || (plan.level == 0 && strip == strips[1] && unit == 1)) return plan;
+        plan.plain = ((span < call.realWidth() ? span : call.realWidth()) * call.channels + unit - 1) & -unit;
+        if (rankPlanBytes(call, plan) <= call.bytes || (plan.level == 0 && strip == strips[1] && unit == 1))
+          return plan;
       }
 }
 
@@ -105,11 +115,12 @@ struct RankStrip {
 // Windows are clipped for the strip as a whole: none keeps more beyond the image than it needs to cover all of it.
 template <class T>
 static RankStrip rankStrip(const RankCall<T>& call, ptrdiff_t first, ptrdiff_t end) {
-  const ptrdiff_t rest = call.width - 1 - first;
-  const ptrdiff_t before = call.columns.before < end - 1 ? call.columns.before : end - 1;
+  const ptrdiff_t left = call.margin.left, width = call.width + call.margin.right, c = call.channels;
+  const ptrdiff_t start = end - 1 + left, rest = width - 1 - first;
+  const ptrdiff_t before = call.columns.before < start ? call.columns.before : start;
   const ptrdiff_t behind = call.columns.behind < rest ? call.columns.behind : rest;
-  const ptrdiff_t from = first > before ? first - before : 0;
-  const ptrdiff_t to = end + behind < call.width ? end + behind : call.width, c = call.channels;
+  const ptrdiff_t from = first - before > -left ? first - before : -left;
+  const ptrdiff_t to = end + behind < width ? end + behind : width;
   return {first * c,          (end - first) * c,           from * c,
           (to - from) * c,    (from - first + before) * c, (end + behind - to) * c,
           before + 1 + behind};
@@ -126,8 +137,8 @@ struct RankWork {
   T* lines;
 
   const T* row(ptrdiff_t y) const {
-    const ptrdiff_t last = call.height - 1;
-    return raw(call.src.row(y < 0 ? 0 : y > last ? last : y)) + strip.from;
+    const ptrdiff_t first = -call.margin.top, last = call.height - 1 + call.margin.bottom;
+    return raw(call.src.row(y < first ? first : y > last ? last : y)) + strip.from;
   }
   T* result(ptrdiff_t y) const { return raw(call.dst.row(y)) + strip.first; }
   // The first column of the image in line i.
@@ -203,9 +214,11 @@ struct RankWork {
   }
 };
 
+// Whether the buffer was large enough; else nothing is written.
 template <class T>
-static void runRank(const RankCall<T>& call, const RankKernels<T>& kernels) {
+static bool runRank(const RankCall<T>& call, const RankKernels<T>& kernels) {
   const RankPlan plan = planRank(call);
+  if (rankPlanBytes(call, plan) > call.bytes) return false;
   Scratch scratch{call.buffer};
   const ptrdiff_t lines = (ptrdiff_t)1 << plan.level;
   auto** const pointers =
@@ -215,6 +228,7 @@ static void runRank(const RankCall<T>& call, const RankKernels<T>& kernels) {
     const RankStrip strip = rankStrip(call, x, call.width - x < plan.strip ? call.width : x + plan.strip);
     RankWork<T>{call, plan, kernels, strip, pointers, first}.run();
   }
+  return true;
 }
 
 // A window of `length` around `anchor`, without what every window on a line of n pixels keeps beyond its ends.
@@ -234,6 +248,9 @@ static OrvStatus rankFilter(Rank rank, int32_t channels, const T* src, int32_t s
   ORV_REQUIRE(srcStep >= rowBytes<T>(roi.width, channels), orvStatusStep);
   ORV_REQUIRE(dstStep >= rowBytes<T>(roi.width, channels), orvStatusStep);
   ORV_REQUIRE(stepsAligned<T>(srcStep, dstStep), orvStatusStepAlign);
+  // As rankBufferBytes(), but for the region itself, and in 64 bits.
+  const ptrdiff_t row = (ptrdiff_t)roi.width * channels * (ptrdiff_t)sizeof(T);
+  const ptrdiff_t bytes = 2 * mask.height * (row + 32) + 32 * (ptrdiff_t)mask.height + 32;
   const RankCall<T> call = {{src, srcStep},
                             {dst, dstStep},
                             roi.width,
@@ -241,8 +258,9 @@ static OrvStatus rankFilter(Rank rank, int32_t channels, const T* src, int32_t s
                             channels,
                             rankReach(mask.height, anchor.y, roi.height),
                             rankReach(mask.width, anchor.x, roi.width),
-                            mask.height,
-                            buffer};
+                            {},
+                            buffer,
+                            bytes};
   runRank(call, rankKernels<T>(rank));
   return orvStatusOk;
 }

@@ -1,4 +1,5 @@
 // Absolute differences of images, and of an image and a constant.
+// One body serves both variants.
 #include "arith/stores.h"
 #include "framework/sweep.h"
 #include "reference/arith.h"

@@ -1,4 +1,5 @@
 // Accumulations: sums, squares, products and running averages, plain and masked.
+// One body serves both variants.
 #include "arith/stores.h"
 #include "framework/sweep.h"
 #include "reference/arith.h"

@@ -1,4 +1,5 @@
 // Extrema with their positions.
+// One body serves both variants.
 #include "statistics_cases.h"
 
 using namespace test;

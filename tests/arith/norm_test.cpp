@@ -1,4 +1,5 @@
 // Norms, norms of differences and relative norms.
+// One body serves both variants.
 #include "statistics_cases.h"
 
 using namespace test;

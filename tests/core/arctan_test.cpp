@@ -1,4 +1,5 @@
 // Angles in degrees.
+// One body serves both variants.
 #include "framework/sweep.h"
 #include "framework/vectors.h"
 #include "reference/fast_arctan.h"

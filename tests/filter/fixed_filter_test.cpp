@@ -1,4 +1,5 @@
 // Fixed filters against their plain forms, in memory of exactly the reported sizes; sizes, statuses and known values.
+// One body serves both variants.
 #include "filter/fixed_cases.h"
 
 using namespace test;
