@@ -22,4 +22,5 @@
 #include "orvcv/filter_fixed.h"
 #include "orvcv/morphology.h"
 #include "orvcv/rank_filter.h"
+#include "orvcv/reconstruct.h"
 #endif
