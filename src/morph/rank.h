@@ -18,7 +18,8 @@ enum : int32_t {
 template <class T>
 struct RankKernels {
   // out[k][x] = the extreme of rows[k .. k + height - 1][x] for 0 <= k < 2^level, height >= 2^level. Height 1 copies.
-  void (*columns[rankMostLevels])(const T* const* rows, int32_t height, T* const* out, ptrdiff_t n);
+  // `touch` more pointers follow the rows of all windows: rows that are needed soon, to be fetched meanwhile.
+  void (*columns[rankMostLevels])(const T* const* rows, int32_t height, T* const* out, ptrdiff_t n, int32_t touch);
   // out[x] = the extreme of line[x + offset[i]] over 2 to 4 taps, offset[0] = 0 and rising. `out` may be `line`.
   void (*row)(const T* line, T* out, ptrdiff_t n, const ptrdiff_t* offset, int32_t taps);
   T neutral;  // loses against every element, so it fills up windows at the ends of a line

@@ -62,15 +62,16 @@ struct RankPlan {
   ptrdiff_t line;       // elements of a line with its neutral ends
   ptrdiff_t plain;      // elements of a line without, for running extrema
   uintptr_t alignment;  // of lines
+  bool touch;           // fetch rows ahead: of images beyond the second cache
 };
 
-static constexpr ptrdiff_t rankStripBytes = 4096;
+static constexpr ptrdiff_t rankStripBytes = 4096, rankTouchBytes = 3 << 20;
 
 // The bytes that a plan takes, wherever the buffer starts: pointers to rows or running extrema, then the lines.
 template <class T>
 static ptrdiff_t rankPlanBytes(const RankCall<T>& call, const RankPlan& plan) {
   const ptrdiff_t lines = (ptrdiff_t)1 << plan.level;
-  const ptrdiff_t pointers = plan.block > 0 ? plan.block : call.rows.length() + lines - 1;
+  const ptrdiff_t pointers = plan.block > 0 ? plan.block : call.rows.length() + 3 * lines - 1;
   const ptrdiff_t elements = lines * plan.line + (plan.block > 0 ? (plan.block + 1) * plan.plain : 0);
   return (pointers + 1) * (ptrdiff_t)sizeof(void*) + elements * (ptrdiff_t)sizeof(T) + (ptrdiff_t)plan.alignment;
 }
@@ -88,6 +89,7 @@ static RankPlan planRank(const RankCall<T>& call) {
   RankPlan plan = {};
   if (running) plan.block = high < call.height ? high : call.height;
   else plan.level = rankMostLevels - 1;
+  plan.touch = width * call.height * call.channels * element > rankTouchBytes;
   while ((1 << plan.level) > high || (1 << plan.level) > call.height) --plan.level;
   for (;; --plan.level)
     for (const ptrdiff_t strip : strips)
@@ -156,16 +158,18 @@ struct RankWork {
   // 2^level rows of the result from y on.
   void rows(ptrdiff_t y, int32_t level) const {
     const ptrdiff_t high = call.rows.length(), lines = (ptrdiff_t)1 << level;
-    for (ptrdiff_t i = 0; i < high + lines - 1; ++i) pointers[i] = row(y - call.rows.before + i);
+    const ptrdiff_t read = high + 2 * lines - 1;
+    for (ptrdiff_t i = 0; i < read; ++i) pointers[i] = row(y - call.rows.before + i);
+    for (ptrdiff_t i = 0; i < lines; ++i) pointers[read + i] = result(y + i);
     T* out[1 << (rankMostLevels - 1)];
     for (ptrdiff_t i = 0; i < lines; ++i) out[i] = oneColumn() ? result(y + i) : real(i);
-    kernels.columns[level](pointers, (int32_t)high, out, strip.real);
+    kernels.columns[level](pointers, (int32_t)high, out, strip.real, plan.touch ? (int32_t)(2 * lines) : 0);
     for (ptrdiff_t i = 0; !oneColumn() && i < lines; ++i) finish(out[i], y + i);
   }
 
   void fold(const T* a, const T* b, T* out) const {
     const T* const two[] = {a, b};
-    kernels.columns[0](two, 2, &out, strip.real);
+    kernels.columns[0](two, 2, &out, strip.real, 0);
   }
 
   // `count` rows of the result from y on, by the extrema of rows 0 .. high - 1 of the block from each row to the last,
@@ -218,7 +222,7 @@ static bool runRank(const RankCall<T>& call, const RankKernels<T>& kernels) {
   Scratch scratch{call.buffer};
   const ptrdiff_t lines = (ptrdiff_t)1 << plan.level;
   auto** const pointers =
-      scratch.take<const T*>(plan.block > 0 ? plan.block : call.rows.length() + lines - 1, sizeof(void*));
+      scratch.take<const T*>(plan.block > 0 ? plan.block : call.rows.length() + 3 * lines - 1, sizeof(void*));
   T* const first = scratch.take<T>(0, plan.alignment);
   for (ptrdiff_t x = 0; x < call.width; x += plan.strip) {
     const RankStrip strip = rankStrip(call, x, call.width - x < plan.strip ? call.width : x + plan.strip);

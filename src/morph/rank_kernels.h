@@ -27,7 +27,7 @@ HWY_INLINE void InVectors(ptrdiff_t n, const Value& value, const Store& store) {
   const auto cover = [&](auto d) __attribute__((always_inline)) {
     const ptrdiff_t lanes = (ptrdiff_t)hn::MaxLanes(decltype(d)());
     const auto last = value(d, n - lanes);
-    for (ptrdiff_t x = 0; x + lanes <= n; x += lanes) store(d, x, value(d, x));
+    for (ptrdiff_t x = 0; x < n - lanes; x += lanes) store(d, x, value(d, x));
     store(d, n - lanes, last);
   };
   if (n >= (ptrdiff_t)(HWY_MAX_BYTES / sizeof(T))) return cover(hn::ScalableTag<T>());
@@ -63,12 +63,14 @@ void FoldRow(const T* line, T* out, ptrdiff_t n, const ptrdiff_t* offset, int32_
 //                      row 2 | core
 //                      row 3 | b        out 1 = min(core, b)
 template <Rank R, int K, class T>
-void FoldColumns(const T* const* rows, int32_t height, T* const* out, ptrdiff_t n) {
+void FoldColumns(const T* const* rows, int32_t height, T* const* out, ptrdiff_t n, int32_t touch) {
   const T* above[K];  // the pointers in registers: a store to `out` might change the table, for all the compiler knows
   const T* below[K];
   T* result[K];
   for (int k = 0; k < K; ++k) above[k] = rows[k], below[k] = rows[height + k - 1], result[k] = out[k];
+  const T* const* const ahead = rows + height + K - 1;
   const auto fold = VECTOR(d, x) {
+    for (int32_t i = 0; i < touch; ++i) __builtin_prefetch(ahead[i] + x);
     hn::VFromD<decltype(d)> v[K];
     v[K - 1] = hn::LoadU(d, above[K - 1] + x);
     if (height > K) {
