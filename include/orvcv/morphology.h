@@ -173,6 +173,209 @@ OrvStatus orviDilateBorder_32f_C4R(const float* src, int32_t srcStep, float* dst
                                    OrvBorderType borderType, float borderValue, const OrvMorphState* state,
                                    uint8_t* buffer);
 
+/* A prepared pair of masks: the caller's, and the same turned by 180 degrees for the second fold of an opening or
+ * closing. In the caller's memory the record is followed at once by the two prepared masks. */
+typedef struct {
+  OrvMorphState*
+      forwardState;           /* for regions of roiSize.width + maskSize.width - 1 pixels a row (allocated: as given) */
+  OrvMorphState* turnedState; /* for regions of roiSize.width pixels a row */
+  uint8_t* tempImage;         /* image of the gradient: in the buffer given to Init, or memory of the record's own */
+  int32_t tempSize;           /* its bytes, which no intermediate image may exceed */
+  int32_t bufferHalf;         /* scratch bytes of one fold; 0 of an allocated record */
+} OrvMorphAdvState;
+
+/* Sizes in bytes of the record with what lies behind it, and of the buffer that Init and the filters take, for regions
+ * of at most roiSize. Both may lie at any address. 32-bit arithmetic that wraps.
+ * Returns, in order: orvStatusNullPtr (specSize, bufferSize), orvStatusSize (region or mask). */
+OrvStatus orviMorphAdvGetSize_1u_C1R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_8u_C1R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_8u_C3R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_8u_C4R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_16u_C1R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_16s_C1R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_32f_C1R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_32f_C3R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+OrvStatus orviMorphAdvGetSize_32f_C4R(OrvSize roiSize, OrvSize maskSize, int32_t* specSize, int32_t* bufferSize);
+
+/* Prepares both masks in the caller's memory. `buffer` has the reported size here too, and must stay valid as long as
+ * gradients are computed with the record: its intermediate image lies there. There is nothing to free.
+ * Returns, in order: orvStatusNullPtr (mask, state, buffer), orvStatusSize (region or mask). */
+OrvStatus orviMorphAdvInit_1u_C1R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                  uint8_t* buffer);
+OrvStatus orviMorphAdvInit_8u_C1R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                  uint8_t* buffer);
+OrvStatus orviMorphAdvInit_8u_C3R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                  uint8_t* buffer);
+OrvStatus orviMorphAdvInit_8u_C4R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                  uint8_t* buffer);
+OrvStatus orviMorphAdvInit_16u_C1R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                   uint8_t* buffer);
+OrvStatus orviMorphAdvInit_16s_C1R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                   uint8_t* buffer);
+OrvStatus orviMorphAdvInit_32f_C1R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                   uint8_t* buffer);
+OrvStatus orviMorphAdvInit_32f_C3R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                   uint8_t* buffer);
+OrvStatus orviMorphAdvInit_32f_C4R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
+                                   uint8_t* buffer);
+
+/* Opening: erosion, then dilation under the turned mask. Closing: dilation, then erosion under the turned mask. Sides
+ * that aren't in memory are repeated in each of the two: in the second it is the filtered image whose border is
+ * repeated. Beyond sides in memory the first fold goes on as far as the second reads, so with all four of them the
+ * result is that of an image without end; the source is then read up to maskSize - 1 pixels beyond the region.
+ *
+ *   top-hat    src - opening          black-hat   closing - src          gradient   dilation - erosion
+ *
+ * Differences saturate: unsigned and packed bits at 0 (bit by bit: a and not b), 16s at both ends of its range (so
+ * negative ones stay), 32f ones below 0, and -0, become +0. An empty mask opens and closes to a copy.
+ *
+ * src may equal dst in an opening or closing; a hat of it is 0 then. A record may be shared by threads that filter with
+ * a buffer each, but for gradients, which write tempImage. With an allocated record the buffer has the size that
+ * GetSize reports for the same region and mask.
+ *
+ * Returns, in order: orvStatusNullPtr (src, dst, state, buffer), orvStatusSize (1u: a negative bit offset),
+ * orvStatusSize (region), orvStatusStep (a step below a row), orvStatusStepAlign (16u, 16s, 32f), orvStatusBorder,
+ * orvStatusSize (a region larger than the record was made for, or whose intermediate image is larger than tempSize:
+ * it has (bytes of the first fold's row + 31) & ~31 bytes a row, packed bits as many bytes as pixels); gradients of
+ * 16u, 16s and 1u then orvStatusInPlace (src equals dst). */
+OrvStatus orviMorphOpenBorder_1u_C1R(const uint8_t* src, int32_t srcStep, int32_t srcBitOffset, uint8_t* dst,
+                                     int32_t dstStep, int32_t dstBitOffset, OrvSize roiSize, OrvBorderType borderType,
+                                     uint8_t borderValue, OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_1u_C1R(const uint8_t* src, int32_t srcStep, int32_t srcBitOffset, uint8_t* dst,
+                                      int32_t dstStep, int32_t dstBitOffset, OrvSize roiSize, OrvBorderType borderType,
+                                      uint8_t borderValue, OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_1u_C1R(const uint8_t* src, int32_t srcStep, int32_t srcBitOffset, uint8_t* dst,
+                                       int32_t dstStep, int32_t dstBitOffset, OrvSize roiSize, OrvBorderType borderType,
+                                       uint8_t borderValue, OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_1u_C1R(const uint8_t* src, int32_t srcStep, int32_t srcBitOffset, uint8_t* dst,
+                                         int32_t dstStep, int32_t dstBitOffset, OrvSize roiSize,
+                                         OrvBorderType borderType, uint8_t borderValue, OrvMorphAdvState* state,
+                                         uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_1u_C1R(const uint8_t* src, int32_t srcStep, int32_t srcBitOffset, uint8_t* dst,
+                                         int32_t dstStep, int32_t dstBitOffset, OrvSize roiSize,
+                                         OrvBorderType borderType, uint8_t borderValue, OrvMorphAdvState* state,
+                                         uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                     OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                     OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                      OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                      OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                       OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                       OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                         OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                         OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                         OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                         OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_8u_C3R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                     OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                     OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_8u_C3R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                      OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                      OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_8u_C3R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                       OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                       OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_8u_C3R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                         OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                         OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_8u_C3R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                         OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                         OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_8u_C4R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                     OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                     OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_8u_C4R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                      OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                      OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_8u_C4R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                       OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                       OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_8u_C4R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                         OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                         OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_8u_C4R(const uint8_t* src, int32_t srcStep, uint8_t* dst, int32_t dstStep,
+                                         OrvSize roiSize, OrvBorderType borderType, uint8_t borderValue,
+                                         OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep,
+                                      OrvSize roiSize, OrvBorderType borderType, uint16_t borderValue,
+                                      OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep,
+                                       OrvSize roiSize, OrvBorderType borderType, uint16_t borderValue,
+                                       OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep,
+                                        OrvSize roiSize, OrvBorderType borderType, uint16_t borderValue,
+                                        OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, uint16_t borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, uint16_t borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_16s_C1R(const int16_t* src, int32_t srcStep, int16_t* dst, int32_t dstStep,
+                                      OrvSize roiSize, OrvBorderType borderType, int16_t borderValue,
+                                      OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_16s_C1R(const int16_t* src, int32_t srcStep, int16_t* dst, int32_t dstStep,
+                                       OrvSize roiSize, OrvBorderType borderType, int16_t borderValue,
+                                       OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_16s_C1R(const int16_t* src, int32_t srcStep, int16_t* dst, int32_t dstStep,
+                                        OrvSize roiSize, OrvBorderType borderType, int16_t borderValue,
+                                        OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_16s_C1R(const int16_t* src, int32_t srcStep, int16_t* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, int16_t borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_16s_C1R(const int16_t* src, int32_t srcStep, int16_t* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, int16_t borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                      OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                      uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                       OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                       uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                        OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                        uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, float borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, float borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_32f_C3R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                      OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                      uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_32f_C3R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                       OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                       uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_32f_C3R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                        OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                        uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_32f_C3R(const float* src, int32_t srcStep, float* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, float borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_32f_C3R(const float* src, int32_t srcStep, float* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, float borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphOpenBorder_32f_C4R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                      OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                      uint8_t* buffer);
+OrvStatus orviMorphCloseBorder_32f_C4R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                       OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                       uint8_t* buffer);
+OrvStatus orviMorphTophatBorder_32f_C4R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                        OrvBorderType borderType, float borderValue, OrvMorphAdvState* state,
+                                        uint8_t* buffer);
+OrvStatus orviMorphBlackhatBorder_32f_C4R(const float* src, int32_t srcStep, float* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, float borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+OrvStatus orviMorphGradientBorder_32f_C4R(const float* src, int32_t srcStep, float* dst, int32_t dstStep,
+                                          OrvSize roiSize, OrvBorderType borderType, float borderValue,
+                                          OrvMorphAdvState* state, uint8_t* buffer);
+
 #ifdef __cplusplus
 }
 #endif
