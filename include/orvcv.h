@@ -20,5 +20,7 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/segmentation.h"
 #include "orvcv/flood_fill.h"
+#include "orvcv/labelling.h"
 #endif
