@@ -23,4 +23,7 @@
 #include "orvcv/morphology.h"
 #include "orvcv/rank_filter.h"
 #include "orvcv/reconstruct.h"
+#include "orvcv/segmentation.h"
+#include "orvcv/flood_fill.h"
+#include "orvcv/labelling.h"
 #endif
