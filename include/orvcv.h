@@ -21,4 +21,5 @@
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
 #include "orvcv/integral.h"
+#include "orvcv/haar.h"
 #endif
