@@ -39,6 +39,8 @@ void Sums(Plane<const uint8_t> src, Plane<T> dst, OrvSize roi, T value) {
     auto *above = dst.row(y) + 1, *out = dst.row(y + 1) + 1;
     RunningSum<T> sum;
     ptrdiff_t x = 0;
+    for (; x + 4 * kLanes32 <= roi.width; x += 4 * kLanes32)
+      sum.Add(LoadPixelGroups(p + x), raw(above + x), raw(out + x));
     for (; x + kLanes32 <= roi.width; x += kLanes32) sum.Add(LoadPixels(p + x), raw(above + x), raw(out + x));
     LastSums<T>(
         x, roi.width, sum.Last(), p, above, out, WEIGHT(v) { return v; });
@@ -56,6 +58,10 @@ void SumsAndSquares(Plane<const uint8_t> src, Plane<T> dst, Plane<Q> sqr, OrvSiz
     RunningSum<T> sum;
     RunningSum<Q> squares;
     ptrdiff_t x = 0;
+    for (; x + 4 * kLanes32 <= roi.width; x += 4 * kLanes32) {
+      sum.Add(LoadPixelGroups(p + x), raw(above + x), raw(out + x));
+      squares.Add(LoadSquareGroups(p + x), raw(aboveSqr + x), raw(outSqr + x));
+    }
     for (; x + kLanes32 <= roi.width; x += kLanes32) {
       sum.Add(LoadPixels(p + x), raw(above + x), raw(out + x));
       squares.Add(LoadSquares(p + x), raw(aboveSqr + x), raw(outSqr + x));
