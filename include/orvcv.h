@@ -26,4 +26,6 @@
 #include "orvcv/segmentation.h"
 #include "orvcv/flood_fill.h"
 #include "orvcv/labelling.h"
+#include "orvcv/integral.h"
+#include "orvcv/haar.h"
 #endif
