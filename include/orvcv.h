@@ -20,4 +20,5 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/canny.h"
 #endif
