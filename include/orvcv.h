@@ -21,4 +21,6 @@
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
 #include "orvcv/canny.h"
+#include "orvcv/peaks.h"
+#include "orvcv/gradient_color.h"
 #endif
