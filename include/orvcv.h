@@ -21,6 +21,7 @@
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
 #include "orvcv/canny.h"
+#include "orvcv/hough.h"
 #include "orvcv/peaks.h"
 #include "orvcv/gradient_color.h"
 #endif
