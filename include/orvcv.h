@@ -28,4 +28,8 @@
 #include "orvcv/labelling.h"
 #include "orvcv/integral.h"
 #include "orvcv/haar.h"
+#include "orvcv/canny.h"
+#include "orvcv/hough.h"
+#include "orvcv/peaks.h"
+#include "orvcv/gradient_color.h"
 #endif
