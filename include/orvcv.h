@@ -32,4 +32,6 @@
 #include "orvcv/hough.h"
 #include "orvcv/peaks.h"
 #include "orvcv/gradient_color.h"
+#include "orvcv/corners.h"
+#include "orvcv/fastn.h"
 #endif

@@ -2,11 +2,11 @@
 //
 // Columns come first: over the K rows each column gives a smoothed value S and a difference D, and along the row gx is
 // the difference of S, gy the smoothed D. S and D stay in blocks on the stack.
-#ifndef ORV_GRADIENT_BLOCK
-#define ORV_GRADIENT_BLOCK
-namespace ORV_VARIANT {
+#include "filter/gradient_vector.h"
 
-enum : ptrdiff_t { gradientBlock = 512 };
+#ifndef ORV_GRADIENT_FORMS
+#define ORV_GRADIENT_FORMS
+namespace ORV_VARIANT {
 
 // The forms: taps that smooth, in either direction, and taps along the row.
 struct Sobel3 {

@@ -63,7 +63,7 @@ struct GradientCall {
 
 template <class T, class R>
 struct GradientKernels {
-  void (*gradients)(const T* const* rows, ptrdiff_t n, R* gx, R* gy);
+  GradientKernel<T, R> gradients;
   void (*add)(const R* gx, const R* gy, R* mag, ptrdiff_t n);
 };
 
@@ -158,6 +158,17 @@ OrvStatus scharrGradient(const GradientCall<T, R>& call, const GradientKernels<T
 }
 
 }  // namespace
+
+GradientKernel<uint8_t, int16_t> ORV_VARIANT::byteGradients(GradientForm form) {
+  return form == GradientForm::sobel3   ? WIDEST(ByteGradients<Sobel3>)
+         : form == GradientForm::sobel5 ? WIDEST(ByteGradients<Sobel5>)
+                                        : WIDEST(ByteGradients<Scharr3>);
+}
+GradientKernel<float, float> ORV_VARIANT::floatGradients(GradientForm form) {
+  return form == GradientForm::sobel3   ? WIDEST(FloatGradients<Sobel3>)
+         : form == GradientForm::sobel5 ? WIDEST(FloatGradients<Sobel5>)
+                                        : WIDEST(FloatGradients<Scharr3>);
+}
 
 OrvStatus orviGradientVectorGetBufferSize(OrvSize roiSize, OrvMaskSize maskSize, OrvDataType dataType,
                                           int32_t numChannels, int32_t* bufferSize) {
