@@ -20,4 +20,7 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/subpixel.h"
+#include "orvcv/undistort.h"
+#include "orvcv/super_resolution.h"
 #endif

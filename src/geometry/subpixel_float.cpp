@@ -1,0 +1,176 @@
+// Sub-pixel copies of 16-bit and float images, and of bytes to floats, with float weights.
+// One body serves both variants.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "geometry/subpixel_float.cpp"
+#include "core/kernels.h"
+#include "core/vectors.h"
+
+#ifndef ORV_SUBPIXEL_FLOAT
+#define ORV_SUBPIXEL_FLOAT
+namespace ORV_VARIANT {
+
+// Of a pixel, its right, its lower and its diagonal neighbour.
+struct FloatWeights {
+  float w00, w10, w01, w11;
+};
+
+template <class S, class D>
+struct Elements {
+  using Source = S;
+  using Dest = D;
+};
+
+}  // namespace ORV_VARIANT
+#endif
+
+KERNELS_BEGIN
+
+template <class DF>
+HWY_INLINE hn::VFromD<DF> LoadFloat(DF d, const float* s) {
+  return hn::LoadU(d, s);
+}
+template <class DF, class T>
+HWY_INLINE hn::VFromD<DF> LoadFloat(DF d, const T* s) {
+  const hn::Rebind<int32_t, DF> d32;
+  return hn::ConvertTo(d, hn::PromoteTo(d32, hn::LoadU(hn::Rebind<T, DF>(), s)));
+}
+
+template <class DF>
+HWY_INLINE void StoreFloat(DF d, hn::VFromD<DF> v, float* dst) {
+  hn::StoreU(v, d, dst);
+}
+template <class DF>
+HWY_INLINE void StoreFloat(DF d, hn::VFromD<DF> v, uint16_t* dst) {
+  const hn::Rebind<uint16_t, DF> d16;
+  hn::StoreU(hn::DemoteTo(d16, Truncate(hn::Add(v, hn::Set(d, 0.5f)))), d16, dst);
+}
+
+// Columns outside, rows inside: a row is loaded once and serves as the lower row, then as the upper one. Bands keep
+// wide images in the cache.
+template <class E>
+void WindowFloat(Plane<const typename E::Source> src, Plane<typename E::Dest> dst, ptrdiff_t width, ptrdiff_t height,
+                 const FloatWeights& w) {
+  constexpr ptrdiff_t bandRows = 32;
+  for (ptrdiff_t top = 0; top < height; top += bandRows) {
+    const ptrdiff_t end = HWY_MIN(height, top + bandRows);
+    ForLanes<float>(
+        width, VECTOR(d, x) {
+          const auto w00 = hn::Set(d, w.w00), w10 = hn::Set(d, w.w10), w01 = hn::Set(d, w.w01), w11 = hn::Set(d, w.w11);
+          const typename E::Source* s = raw(src.row(top)) + x;
+          auto p = LoadFloat(d, s), right = LoadFloat(d, s + 1);
+          for (ptrdiff_t y = top; y < end; ++y) {
+            s = raw(src.row(y + 1)) + x;
+            const auto below = LoadFloat(d, s), diagonal = LoadFloat(d, s + 1);
+            const auto upper = hn::Add(hn::Mul(w00, p), hn::Mul(w10, right));
+            StoreFloat(d, hn::Add(hn::Add(upper, hn::Mul(w01, below)), hn::Mul(w11, diagonal)), raw(dst.row(y)) + x);
+            p = below, right = diagonal;
+          }
+        });
+  }
+}
+
+KERNELS_END
+
+#if HWY_ONCE
+#include "core/scaling.h"
+#include "geometry/subpixel_internal.h"
+#include "geometry/subpixel.h"
+
+namespace {
+
+template <class S, class D>
+struct FloatForm {
+  void (*kernel)(Plane<const S>, Plane<D>, ptrdiff_t, ptrdiff_t, const FloatWeights&);
+  float fx, fy;
+
+  void window(Plane<const S> src, Plane<D> dst, ptrdiff_t width, ptrdiff_t height) const {
+    kernel(src, dst, width, height, {(1 - fx) * (1 - fy), (1 - fy) * fx, (1 - fx) * fy, fx * fy});
+  }
+  static float rounded(float value, float*) { return value; }
+  static uint16_t rounded(float value, uint16_t*) { return (uint16_t)clamp((int32_t)(value + 0.5f), 0, 65535); }
+  D across(S p, S q) const { return rounded((1 - fx) * (float)p + fx * (float)q, (D*)nullptr); }
+  D down(S p, S q) const { return rounded((1 - fy) * (float)p + fy * (float)q, (D*)nullptr); }
+  D single(S p) const { return (D)p; }
+};
+
+// No fraction counts as less than its floor.
+template <class S, class D>
+auto floatForm(float floorX, float floorY) {
+  using Types = Elements<S, D>;
+  return [kernel = WIDEST(WindowFloat<Types>), floorX, floorY](float fx, float fy) {
+    return FloatForm<S, D>{kernel, fx < floorX ? floorX : fx, fy < floorY ? floorY : fy};
+  };
+}
+// The floors of floats and of conversions to floats differ, and stay so. 16-bit results have none; a window's place may
+// be rounded to just below 0.
+auto floats() { return floatForm<float, float>(1e-6f, 1e-6f); }
+template <class S>
+auto toFloats() {
+  return floatForm<S, float>(1e-6f, 1e-9f);
+}
+auto words() { return floatForm<uint16_t, uint16_t>(-1, -1); }
+
+}  // namespace
+
+OrvStatus orviCopySubpix_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                   float dx, float dy) {
+  return copySubpix<uint8_t, float>({src, srcStep}, {dst, dstStep}, roiSize, dx, dy, toFloats<uint8_t>());
+}
+
+OrvStatus orviCopySubpix_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep, OrvSize roiSize,
+                                 float dx, float dy) {
+  return copySubpix<uint16_t, uint16_t>({src, srcStep}, {dst, dstStep}, roiSize, dx, dy, words());
+}
+
+OrvStatus orviCopySubpix_16u32f_C1R(const uint16_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                    float dx, float dy) {
+  return copySubpix<uint16_t, float>({src, srcStep}, {dst, dstStep}, roiSize, dx, dy, toFloats<uint16_t>());
+}
+
+OrvStatus orviCopySubpix_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
+                                 float dx, float dy) {
+  return copySubpix<float, float>({src, srcStep}, {dst, dstStep}, roiSize, dx, dy, floats());
+}
+
+OrvStatus orviCopySubpixIntersect_8u32f_C1R(const uint8_t* src, int32_t srcStep, OrvSize srcRoiSize, float* dst,
+                                            int32_t dstStep, OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min,
+                                            OrvPoint* max) {
+  return copyWindow<true, uint8_t, float>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
+                                          toFloats<uint8_t>());
+}
+
+OrvStatus orviCopySubpixIntersect_16u_C1R(const uint16_t* src, int32_t srcStep, OrvSize srcRoiSize, uint16_t* dst,
+                                          int32_t dstStep, OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min,
+                                          OrvPoint* max) {
+  return copyWindow<true, uint16_t, uint16_t>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
+                                              words());
+}
+
+OrvStatus orviCopySubpixIntersect_16u32f_C1R(const uint16_t* src, int32_t srcStep, OrvSize srcRoiSize, float* dst,
+                                             int32_t dstStep, OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min,
+                                             OrvPoint* max) {
+  return copyWindow<true, uint16_t, float>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
+                                           toFloats<uint16_t>());
+}
+
+OrvStatus orviCopySubpixIntersect_32f_C1R(const float* src, int32_t srcStep, OrvSize srcRoiSize, float* dst,
+                                          int32_t dstStep, OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min,
+                                          OrvPoint* max) {
+  return copyWindow<true, float, float>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
+                                        floats());
+}
+
+OrvStatus ownGetRectSubpix_16u32f_C1R(const uint16_t* src, int32_t srcStep, OrvSize srcRoiSize, float* dst,
+                                      int32_t dstStep, OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min,
+                                      OrvPoint* max) {
+  return copyWindow<false, uint16_t, float>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
+                                            toFloats<uint16_t>());
+}
+
+OrvStatus ownGetRectSubpix_32f_C1R(const float* src, int32_t srcStep, OrvSize srcRoiSize, float* dst, int32_t dstStep,
+                                   OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min, OrvPoint* max) {
+  return copyWindow<false, float, float>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
+                                         floats());
+}
+
+#endif
