@@ -43,6 +43,7 @@ void sampleLine(const uint8_t* src, ptrdiff_t rowStep, uint8_t* dst, OrvPoint fr
   const ptrdiff_t leap = walks * major + (ptrdiff_t)whole * minor;
   int64_t left = length + 1;
   for (; left >= walks; left -= walks)
+#pragma GCC unroll 4
     for (int32_t i = 0; i < walks; ++i, dst += Bytes) {
       __builtin_memcpy(dst, src + walk[i].pixel, Bytes);
       walk[i].step(fall, a2, leap, minor);

@@ -4,6 +4,7 @@
 #define HWY_TARGET_INCLUDE "geometry/subpixel_float.cpp"
 #include "core/kernels.h"
 #include "core/vectors.h"
+#include "geometry/window_columns.h"
 
 #ifndef ORV_SUBPIXEL_FLOAT
 #define ORV_SUBPIXEL_FLOAT
@@ -25,24 +26,24 @@ struct Elements {
 
 KERNELS_BEGIN
 
-template <class DF>
-HWY_INLINE hn::VFromD<DF> LoadFloat(DF d, const float* s) {
-  return hn::LoadU(d, s);
+template <class DF, class Lanes>
+HWY_INLINE hn::VFromD<DF> LoadFloat(DF d, const Lanes& lanes, const float* s) {
+  return lanes.load(d, s);
 }
-template <class DF, class T>
-HWY_INLINE hn::VFromD<DF> LoadFloat(DF d, const T* s) {
+template <class DF, class Lanes, class T>
+HWY_INLINE hn::VFromD<DF> LoadFloat(DF d, const Lanes& lanes, const T* s) {
   const hn::Rebind<int32_t, DF> d32;
-  return hn::ConvertTo(d, hn::PromoteTo(d32, hn::LoadU(hn::Rebind<T, DF>(), s)));
+  return hn::ConvertTo(d, hn::PromoteTo(d32, lanes.load(hn::Rebind<T, DF>(), s)));
 }
 
-template <class DF>
-HWY_INLINE void StoreFloat(DF d, hn::VFromD<DF> v, float* dst) {
-  hn::StoreU(v, d, dst);
+template <class DF, class Lanes>
+HWY_INLINE void StoreFloat(DF d, const Lanes& lanes, hn::VFromD<DF> v, float* dst) {
+  lanes.store(d, v, dst);
 }
-template <class DF>
-HWY_INLINE void StoreFloat(DF d, hn::VFromD<DF> v, uint16_t* dst) {
+template <class DF, class Lanes>
+HWY_INLINE void StoreFloat(DF d, const Lanes& lanes, hn::VFromD<DF> v, uint16_t* dst) {
   const hn::Rebind<uint16_t, DF> d16;
-  hn::StoreU(hn::DemoteTo(d16, Truncate(hn::Add(v, hn::Set(d, 0.5f)))), d16, dst);
+  lanes.store(d16, hn::DemoteTo(d16, Truncate(hn::Add(v, hn::Set(d, 0.5f)))), dst);
 }
 
 // Columns outside, rows inside: a row is loaded once and serves as the lower row, then as the upper one. Bands keep
@@ -53,16 +54,17 @@ void WindowFloat(Plane<const typename E::Source> src, Plane<typename E::Dest> ds
   constexpr ptrdiff_t bandRows = 32;
   for (ptrdiff_t top = 0; top < height; top += bandRows) {
     const ptrdiff_t end = HWY_MIN(height, top + bandRows);
-    ForLanes<float>(
-        width, VECTOR(d, x) {
+    WindowColumns<float>(
+        width, WINDOW_VECTOR(d, lanes, x) {
           const auto w00 = hn::Set(d, w.w00), w10 = hn::Set(d, w.w10), w01 = hn::Set(d, w.w01), w11 = hn::Set(d, w.w11);
           const typename E::Source* s = raw(src.row(top)) + x;
-          auto p = LoadFloat(d, s), right = LoadFloat(d, s + 1);
+          auto p = LoadFloat(d, lanes, s), right = LoadFloat(d, lanes, s + 1);
           for (ptrdiff_t y = top; y < end; ++y) {
             s = raw(src.row(y + 1)) + x;
-            const auto below = LoadFloat(d, s), diagonal = LoadFloat(d, s + 1);
+            const auto below = LoadFloat(d, lanes, s), diagonal = LoadFloat(d, lanes, s + 1);
             const auto upper = hn::Add(hn::Mul(w00, p), hn::Mul(w10, right));
-            StoreFloat(d, hn::Add(hn::Add(upper, hn::Mul(w01, below)), hn::Mul(w11, diagonal)), raw(dst.row(y)) + x);
+            StoreFloat(d, lanes, hn::Add(hn::Add(upper, hn::Mul(w01, below)), hn::Mul(w11, diagonal)),
+                       raw(dst.row(y)) + x);
             p = below, right = diagonal;
           }
         });

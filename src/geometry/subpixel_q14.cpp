@@ -4,32 +4,36 @@
 #define HWY_TARGET_INCLUDE "geometry/subpixel_q14.cpp"
 #include "core/kernels.h"
 #include "core/vectors.h"
+#include "geometry/window_columns.h"
 #include "geometry/q14_weights.h"
 
 KERNELS_BEGIN
 
 // A bias of 32768 is part of what the sums start from where it is needed: signed narrowing then saturates to 16
 // unsigned bits.
-template <class D16>
-HWY_INLINE void StoreScaled(D16 d, Halves<D16> v, const Q14Weights& w, uint16_t* dst) {
+template <class D16, class Lanes>
+HWY_INLINE void StoreScaled(D16 d, const Lanes& lanes, Halves<D16> v, const Q14Weights& w, uint16_t* dst) {
   const hn::RebindToUnsigned<D16> du;
   auto out = hn::BitCast(du, hn::Xor(NarrowSaturated(d, v), hn::Set(d, w.flip)));
   if (w.left > 0)
     out = hn::IfThenElse(hn::Gt(out, hn::Set(du, (uint16_t)(65535 >> w.left))), hn::Set(du, uint16_t{65535}),
                          hn::ShiftLeftSame(out, w.left));
-  hn::StoreU(out, du, dst);
+  lanes.store(du, out, dst);
 }
-template <class D16>
-HWY_INLINE void StoreScaled(D16 d, Halves<D16> v, const Q14Weights&, uint8_t* dst) {
-  StoreSaturated(d, NarrowSaturated(d, v), dst);
+template <class D16, class Lanes>
+HWY_INLINE void StoreScaled(D16 d, const Lanes& lanes, Halves<D16> v, const Q14Weights&, uint8_t* dst) {
+  const hn::Rebind<uint8_t, D16> d8;
+  lanes.store(d8, hn::DemoteTo(d8, NarrowSaturated(d, v)), dst);
 }
 
 // Neighbours in a row as pairs of lanes, for the sums of two products.
 template <class D16>
 struct PixelPairs {
   Pairs<D16> lo, hi;
-  HWY_INLINE PixelPairs(D16 d, const uint8_t* s) {
-    const auto a = LoadSigned(d, s), b = LoadSigned(d, s + 1);
+  template <class Lanes>
+  HWY_INLINE PixelPairs(D16 d, const Lanes& lanes, const uint8_t* s) {
+    const hn::Rebind<uint8_t, D16> d8;
+    const auto a = hn::PromoteTo(d, lanes.load(d8, s)), b = hn::PromoteTo(d, lanes.load(d8, s + 1));
     hi = lo = LowerPairs(d, a, b);
     if constexpr (kTwoHalves<D16>) hi = UpperPairs(d, a, b);
   }
@@ -42,14 +46,14 @@ void WindowQ14(Plane<const uint8_t> src, Plane<D> dst, ptrdiff_t width, ptrdiff_
   constexpr ptrdiff_t bandRows = 32;
   for (ptrdiff_t top = 0; top < height; top += bandRows) {
     const ptrdiff_t end = HWY_MIN(height, top + bandRows);
-    ForLanes<int16_t>(
-        width, VECTOR(d, x) {
+    WindowColumns<int16_t>(
+        width, WINDOW_VECTOR(d, lanes, x) {
           const Wide<decltype(d)> d32;
           const auto start = hn::Set(d32, w.start);
           const auto upper = TapPair(d32, w.upper), lower = TapPair(d32, w.lower);
-          PixelPairs<decltype(d)> above(d, raw(src.row(top)) + x);
+          PixelPairs<decltype(d)> above(d, lanes, raw(src.row(top)) + x);
           for (ptrdiff_t y = top; y < end; ++y) {
-            const PixelPairs<decltype(d)> below(d, raw(src.row(y + 1)) + x);
+            const PixelPairs<decltype(d)> below(d, lanes, raw(src.row(y + 1)) + x);
             Halves<decltype(d)> sum;
             sum.lo = AddPairProducts(d32, AddPairProducts(d32, start, above.lo, upper), below.lo, lower);
             sum.lo = hn::ShiftRightSame(sum.lo, w.right);
@@ -57,7 +61,7 @@ void WindowQ14(Plane<const uint8_t> src, Plane<D> dst, ptrdiff_t width, ptrdiff_
               sum.hi = AddPairProducts(d32, AddPairProducts(d32, start, above.hi, upper), below.hi, lower);
               sum.hi = hn::ShiftRightSame(sum.hi, w.right);
             }
-            StoreScaled(d, sum, w, raw(dst.row(y)) + x);
+            StoreScaled(d, lanes, sum, w, raw(dst.row(y)) + x);
             above = below;
           }
         });
