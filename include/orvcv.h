@@ -20,6 +20,8 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/pyramid.h"
+#include "orvcv/optical_flow.h"
 #include "orvcv/subpixel.h"
 #include "orvcv/undistort.h"
 #include "orvcv/super_resolution.h"

@@ -41,6 +41,11 @@ HWY_INLINE void StoreFloat(DF d, const Lanes& lanes, hn::VFromD<DF> v, float* ds
   lanes.store(d, v, dst);
 }
 template <class DF, class Lanes>
+HWY_INLINE void StoreFloat(DF, const Lanes& lanes, hn::VFromD<DF> v, int16_t* dst) {
+  const hn::Rebind<int16_t, DF> d16;
+  lanes.store(d16, hn::DemoteTo(d16, Nearest(v)), dst);
+}
+template <class DF, class Lanes>
 HWY_INLINE void StoreFloat(DF d, const Lanes& lanes, hn::VFromD<DF> v, uint16_t* dst) {
   const hn::Rebind<uint16_t, DF> d16;
   lanes.store(d16, hn::DemoteTo(d16, Truncate(hn::Add(v, hn::Set(d, 0.5f)))), dst);
@@ -80,13 +85,18 @@ KERNELS_END
 
 namespace {
 
+// The gain is a power of two: it could as well be that of the source.
+FloatWeights bilinear(float fx, float fy, float gain) {
+  return {(1 - fx) * (1 - fy) * gain, (1 - fy) * fx * gain, (1 - fx) * fy * gain, fx * fy * gain};
+}
+
 template <class S, class D>
 struct FloatForm {
   void (*kernel)(Plane<const S>, Plane<D>, ptrdiff_t, ptrdiff_t, const FloatWeights&);
   float fx, fy;
 
   void window(Plane<const S> src, Plane<D> dst, ptrdiff_t width, ptrdiff_t height) const {
-    kernel(src, dst, width, height, {(1 - fx) * (1 - fy), (1 - fy) * fx, (1 - fx) * fy, fx * fy});
+    kernel(src, dst, width, height, bilinear(fx, fy, 1));
   }
   static float rounded(float value, float*) { return value; }
   static uint16_t rounded(float value, uint16_t*) { return (uint16_t)clamp((int32_t)(value + 0.5f), 0, 65535); }
@@ -173,6 +183,18 @@ OrvStatus ownGetRectSubpix_32f_C1R(const float* src, int32_t srcStep, OrvSize sr
                                    OrvSize dstRoiSize, OrvPoint32f point, OrvPoint* min, OrvPoint* max) {
   return copyWindow<false, float, float>({{src, srcStep}, srcRoiSize, {dst, dstStep}, dstRoiSize, point, min, max},
                                          floats());
+}
+
+void ORV_VARIANT::sampleDerivatives(Plane<const int16_t> src, Plane<int16_t> dst, ptrdiff_t width, ptrdiff_t height,
+                                    float dx, float dy) {
+  using Types = Elements<int16_t, int16_t>;
+  WIDEST(WindowFloat<Types>)(src, dst, width, height, bilinear(fractionOf(dx), fractionOf(dy), 4));
+}
+
+void ORV_VARIANT::sampleDerivatives(Plane<const float> src, Plane<float> dst, ptrdiff_t width, ptrdiff_t height,
+                                    float dx, float dy) {
+  const auto form = floats()(fractionOf(dx), fractionOf(dy));
+  form.kernel(src, dst, width, height, bilinear(form.fx, form.fy, 0.03125f));
 }
 
 #endif
