@@ -34,4 +34,9 @@
 #include "orvcv/gradient_color.h"
 #include "orvcv/corners.h"
 #include "orvcv/fastn.h"
+#include "orvcv/pyramid.h"
+#include "orvcv/optical_flow.h"
+#include "orvcv/subpixel.h"
+#include "orvcv/undistort.h"
+#include "orvcv/super_resolution.h"
 #endif
