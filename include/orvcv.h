@@ -20,4 +20,7 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/distance.h"
+#include "orvcv/fast_marching.h"
+#include "orvcv/inpaint.h"
 #endif
