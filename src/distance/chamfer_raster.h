@@ -180,6 +180,9 @@ struct Chamfer {
       for (ptrdiff_t i = 0; i < chunk; ++i) terms[i] = Sum<T>::most;
       return;
     }
+    // What the pass reads first comes from memory, in more streams than the processor follows by itself.
+    if constexpr (direction > 0) __builtin_prefetch(raw(src.row(row)) + x + 512);
+    __builtin_prefetch(raw(rowAt<direction>(row)) + x + direction * 512, 1);
     if constexpr (direction > 0) {
       LooseElement<uint8_t> copy[chunk];
       const auto* const s = x >= 0 && x + chunk <= width ? src.row(row) + x : copy;

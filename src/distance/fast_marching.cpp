@@ -21,6 +21,7 @@
 #include "core/checks.h"
 #include "core/image.h"
 #include "core/scratch.h"
+#include "distance/flag_scan.h"
 
 namespace {
 
@@ -40,41 +41,19 @@ enum : uint8_t {
   fromRight = 10
 };
 
-// The first index in [i, end), or the last in [0, end), whose byte has a bit of `bits`; else `end`, or -1.
-ptrdiff_t nextWith(uint8_t bits, const uint8_t* flags, ptrdiff_t i, ptrdiff_t end) {
-  for (; i + 8 <= end; i += 8) {
-    uint64_t word;
-    memcpy(&word, flags + i, 8);
-    word &= bits * 0x0101010101010101u;
-    if (word) return i + __builtin_ctzll(word) / 8;
-  }
-  for (; i < end; ++i)
-    if (flags[i] & bits) return i;
-  return end;
-}
-ptrdiff_t lastWith(uint8_t bits, const uint8_t* flags, ptrdiff_t end) {
-  for (; end >= 8; end -= 8) {
-    uint64_t word;
-    memcpy(&word, flags + end - 8, 8);
-    word &= bits * 0x0101010101010101u;
-    if (word) return end - 1 - __builtin_clzll(word) / 8;
-  }
-  while (--end >= 0 && !(flags[end] & bits)) {
-  }
-  return end;
-}
-
 // Time as stored: positive outside.
 struct Outside {
   float limit = far;
   static float time(float stored) { return stored > 0 ? stored : 0.f; }
   static float store(float time) { return time; }
+  static bool starts(float stored) { return stored > 0; }
 };
 // Negative inside; 0 is not reached. No pixel that this sense visits has a neighbour outside.
 struct Inside {
   float limit;
   static float time(float stored) { return stored < 0 ? -stored : stored > 0 ? 0.f : far; }
   static float store(float time) { return -time; }
+  static bool starts(float stored) { return stored < 0; }
 };
 
 float arrival(float vertical, float horizontal) {
@@ -174,29 +153,35 @@ struct Solver {
       });
   }
 
-  // Flags the pixels of a front's rows by what their neighbours hold.
+  // Flags a pixel by what its neighbours hold, and them by what it holds.
+  void meet(const Front& front, ptrdiff_t y, ptrdiff_t x) const {
+    const Row row = front.row(y), above = front.row(y - 1), below = front.row(y + 1);
+    const float time = sense.time(row[x]);
+    if (above && sense.time(above[x]) < time) front.set(y, x, down);
+    if (below && sense.time(below[x]) < time) front.set(y, x, up);
+    if (x > 0 && sense.time(row[x - 1]) < time) front.set(y, x, fromLeft);
+    if (x + 1 < front.width && sense.time(row[x + 1]) < time) front.set(y, x, fromRight);
+    spread(front, y, x);
+  }
+
+  // Flags what may move first: all pixels outside, or in the inner layer, meet their neighbours. Others are passed over
+  // in blocks. Of the line all pixels are to be visited.
   void flagAll(const Front& front) const {
-    for (ptrdiff_t y = 0; y < front.rows; ++y) {
-      const Row row = front.row(y), above = front.row(y - 1), below = front.row(y + 1);
-      const Row over = above ? above : row, under = below ? below : row;
-      uint8_t* const flags = front.flagsOf(y);
-      const auto flag = [&](ptrdiff_t x, ptrdiff_t left, ptrdiff_t right) __attribute__((always_inline)) {
-        const float latest = sense.time(row[x]);
-        const int bits = (sense.time(over[x]) < latest ? down : 0) | (sense.time(under[x]) < latest ? up : 0) |
-                         (sense.time(row[left]) < latest ? fromLeft : 0) |
-                         (sense.time(row[right]) < latest ? fromRight : 0);
-        flags[x] = (uint8_t)bits;
-      };
-      const ptrdiff_t last = front.width - 1;
-      flag(0, 0, last > 0 ? 1 : 0);
-      for (ptrdiff_t x = 1; x < last; ++x) flag(x, x - 1, x + 1);
-      if (last > 0) flag(last, last - 1, last);
-      uint8_t any = 0;
-      for (ptrdiff_t x = 0; x <= last; ++x) any |= flags[x];
-      front.rowFlags[y] = any;
-    }
+    constexpr ptrdiff_t block = 16;
+    memset(front.flags, 0, (size_t)(front.rows * front.pitch));
+    memset(front.rowFlags, 0, (size_t)front.rows);
     if (front.line) memset(front.flagsOf(front.rows), down, (size_t)front.width);
-    front.rowFlags[front.rows] = 0;
+    for (ptrdiff_t y = 0; y < front.rows; ++y) {
+      const Row row = front.row(y);
+      for (ptrdiff_t x = 0; x < front.width; x += block) {
+        const ptrdiff_t end = x + block < front.width ? x + block : front.width;
+        int32_t any = end - x < block;
+        if (!any)
+          for (ptrdiff_t i = 0; i < block; ++i) any |= sense.starts(row[x + i]);
+        for (ptrdiff_t i = any ? x : end; i < end; ++i)
+          if (sense.starts(row[i])) meet(front, y, i);
+      }
+    }
   }
 
   // From the known times to the last: on one front, or on two and the line between them.
@@ -227,14 +212,15 @@ bool prepare(Plane<const uint8_t> src, Plane<float> dst, OrvSize roi, bool band)
     uint8_t zeros = 0;
     for (ptrdiff_t x = 0; x <= last; ++x) zeros |= s[x] == 0;
     known |= zeros;
-    if (!band || !zeros) {
-      for (ptrdiff_t x = 0; x <= last; ++x) d[x] = s[x] ? far : 0.f;
-      continue;
-    }
-    for (ptrdiff_t x = 0; x <= last; ++x) {
-      const int around = s[x > 0 ? x - 1 : 0] | s[x < last ? x + 1 : last] | above[x] | below[x];
+    for (ptrdiff_t x = 0; x <= last; ++x) d[x] = s[x] ? far : 0.f;
+    if (!band || !zeros) continue;
+    const auto lay = [&](ptrdiff_t x, ptrdiff_t left, ptrdiff_t right) __attribute__((always_inline)) {
+      const int around = s[left] | s[right] | above[x] | below[x];
       d[x] = s[x] ? far : around ? layer : 0.f;
-    }
+    };
+    lay(0, 0, last > 0 ? 1 : 0);
+    for (ptrdiff_t x = 1; x < last; ++x) lay(x, x - 1, x + 1);
+    lay(last, last > 0 ? last - 1 : 0, last);
   }
   if (!known)
     for (ptrdiff_t x = 0; x < roi.width; ++x) dst.row(0)[x] = x > 0 ? dst.row(0)[x - 1] + 1 : firstTime;

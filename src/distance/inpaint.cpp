@@ -59,35 +59,26 @@ struct Inpainting {
     if (y > 0) visit(x, y - 1);
     if (y + 1 < s->boxSize.height) visit(x, y + 1);
   }
-  // Calls visit(x, y) for each pixel to fill, in order.
-  template <class Visit>
-  void forEachPixel(const Visit& visit) const {
-    for (ptrdiff_t i = 0; i < s->orderCount; ++i) {
-      const uint64_t bits = __builtin_bit_cast(uint64_t, s->order[i]);
-      const auto number = (uint32_t)(bits & ((1u << inpaintIndexBits) - 1));
-      visit(number % (uint32_t)s->boxSize.width, number / (uint32_t)s->boxSize.width);
-    }
-  }
-
   // The state as it is before any filling, with the gradients of this image.
   void prepare() const {
     for (int32_t i = 0; i < s->neighbourCount; ++i) {
       InpaintNeighbour& n = s->neighbours[i];
       n.imageOffset = (ptrdiff_t)-n.ny * image.step - (ptrdiff_t)n.nx * channels;
     }
-    forEachPixel([&](ptrdiff_t x, ptrdiff_t y) {
-      *maskAt(x, y) = s->maskBox[y * s->maskStride + x];
-      cross(x, y, [&](ptrdiff_t nx, ptrdiff_t ny) { memset(gradAt(nx, ny), 0, 4 * channels); });
-    });
-    for (ptrdiff_t i = 0; i < s->ringCount; ++i)
-      renewGradient(s->ring[i] % (uint32_t)s->boxSize.width, s->ring[i] / (uint32_t)s->boxSize.width);
+    for (ptrdiff_t i = 0; i < s->orderCount; ++i) {
+      const OrvPoint at = inpaintPixel(s, i);
+      *maskAt(at.x, at.y) = s->maskBox[(ptrdiff_t)at.y * s->maskStride + at.x];
+    }
+    // Far from the mask gradients count as 0; nothing looks there unless the map wants other pixels filled.
+    if (s->stray) memset(s->imageGrad, 0, (size_t)s->gradStride * (size_t)s->boxSize.height * 4 * channels);
+    const auto width = (uint32_t)s->boxSize.width;
+    for (ptrdiff_t i = 0; i < s->ringCount; ++i) renewGradient(s->ring[i] % width, s->ring[i] / width);
   }
 
   // Method 0: neighbours count by their distance, by how far the map rises towards this pixel in their direction, and
   // by how near their own distance is.
-  void addByDistance(Sums* sums, const InpaintNeighbour& n, ptrdiff_t x, ptrdiff_t y) const {
+  void addByDistance(Sums* sums, const InpaintNeighbour& n, ptrdiff_t x, ptrdiff_t y, const int16_t* rise) const {
     const ptrdiff_t at = y * s->distStride + x;
-    const int16_t* const rise = s->distGrad + 2 * (y * s->gradStride + x);
     float dir = (float)(n.nx * rise[0] + n.ny * rise[1]);
     if (__builtin_fabsf(dir) < 2.5e-25f) dir = 2.5e-25f;
     const float apart = __builtin_fabsf(s->dist[at + n.distOffset] - s->dist[at]);
@@ -133,7 +124,9 @@ struct Inpainting {
     return limited(mean + 0.5 + (jx + jy) / (__builtin_sqrt(jx * jx + jy * jy) + 1e-20));
   }
 
-  void fill(ptrdiff_t x, ptrdiff_t y) const {
+  void fill(ptrdiff_t entry) const {
+    const OrvPoint at = inpaintPixel(s, entry);
+    const ptrdiff_t x = at.x, y = at.y;
     Sums sums[channels];
     const bool interior =
         x >= s->reach && x + s->reach < s->boxSize.width && y >= s->reach && y + s->reach < s->boxSize.height;
@@ -144,7 +137,7 @@ struct Inpainting {
         if (qx < 0 || qx >= s->boxSize.width || qy < 0 || qy >= s->boxSize.height) continue;
       }
       if (maskAt(x, y)[n.maskOffset]) continue;
-      if constexpr (method == 0) addByDistance(sums, n, x, y);
+      if constexpr (method == 0) addByDistance(sums, n, x, y, s->distGrad + 2 * entry);
       else addByIsophote(sums, n, x, y);
     }
     for (int c = 0; c < channels; ++c) {
@@ -159,7 +152,7 @@ struct Inpainting {
 
   void run() const {
     prepare();
-    forEachPixel([&](ptrdiff_t x, ptrdiff_t y) { fill(x, y); });
+    for (ptrdiff_t i = 0; i < s->orderCount; ++i) fill(i);
   }
 };
 

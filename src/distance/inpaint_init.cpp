@@ -5,7 +5,7 @@
 #include "core/primitives.h"
 #include "core/scratch.h"
 #include "core/orvcore_contract.h"
-#include "distance/dilate_square.h"
+#include "distance/flag_scan.h"
 #include "distance/inpaint_state.h"
 
 namespace {
@@ -32,7 +32,7 @@ Hole findHole(const Arguments& a) {
   Hole hole;
   for (int32_t y = 0; y < a.roi.height; ++y) {
     const auto* const mask = a.mask.row(y);
-    int64_t count = 0;
+    int32_t count = 0;
     for (ptrdiff_t x = 0; x < a.roi.width; ++x) count += mask[x] != 0;
     if (count == 0) continue;
     int32_t first = 0, last = a.roi.width - 1;
@@ -87,74 +87,112 @@ int16_t slope(const float* p, ptrdiff_t pitch, bool before, bool after) {
   return scaled >= 32767.f ? (int16_t)32767 : scaled <= -32768.f ? (int16_t)-32768 : (int16_t)scaled;
 }
 
-void fillDistGrad(OrvInpaintState* s) {
-  for (ptrdiff_t y = 0; y < s->boxSize.height; ++y)
-    for (ptrdiff_t x = 0; x < s->boxSize.width; ++x) {
-      if (!s->maskBox[y * s->maskStride + x]) continue;
-      const float* const p = s->dist + y * s->distStride + x;
-      int16_t* const grad = s->distGrad + 2 * (y * s->gradStride + x);
-      grad[0] = slope(p, 1, x > 0, x + 1 < s->boxSize.width);
-      grad[1] = slope(p, s->distStride, y > 0, y + 1 < s->boxSize.height);
-    }
-}
-
-// All pixels of positive distance, as many as the mask has, by distance, then by place.
+// All pixels of positive distance, as many as the mask has, by distance, then by place. Pixels at a distance of 0 are
+// passed over in blocks.
 OrvStatus fillOrder(OrvInpaintState* s) {
+  constexpr int32_t block = 16;
+  const int32_t width = s->boxSize.width;
   int32_t n = 0;
-  for (int32_t y = 0; y < s->boxSize.height; ++y)
-    for (int32_t x = 0; x < s->boxSize.width && n < s->count; ++x) {
-      const float d = s->dist[(ptrdiff_t)y * s->distStride + x];
-      if (!(d > 0)) continue;
-      uint64_t bits = __builtin_bit_cast(uint64_t, (double)d);
-      bits = (bits >> inpaintIndexBits << inpaintIndexBits) | (uint64_t)(y * s->boxSize.width + x);
-      s->order[n++] = __builtin_bit_cast(double, bits);
+  for (int32_t y = 0; y < s->boxSize.height; ++y) {
+    const float* const dist = s->dist + (ptrdiff_t)y * s->distStride;
+    for (int32_t x = 0; x < width; x += block) {
+      int32_t any = 0;  // rows end with a whole block; what lies behind them is 0
+      for (ptrdiff_t i = 0; i < block; ++i) any |= dist[x + i] > 0;
+      for (int32_t i = x; any && i < x + block && n < s->count; ++i) {
+        if (!(dist[i] > 0)) continue;
+        uint64_t bits = __builtin_bit_cast(uint64_t, (double)dist[i]);
+        bits = (bits >> inpaintIndexBits << inpaintIndexBits) | (uint64_t)(y * width + i);
+        s->order[n++] = __builtin_bit_cast(double, bits);
+        s->stray |= !s->maskBox[(ptrdiff_t)y * s->maskStride + i];
+      }
     }
+  }
   s->orderCount = n;
   return n > 0 ? orvsSortAscend_64f_I(s->order, n) : orvStatusOk;
 }
 
-void fillRing(OrvInpaintState* s, const uint8_t* dilated) {
-  uint32_t* next = s->ring;
-  for (int32_t y = 0; y < s->boxSize.height; ++y)
-    for (int32_t x = 0; x < s->boxSize.width; ++x) {
-      const ptrdiff_t i = (ptrdiff_t)y * s->maskStride + x;
-      if (dilated[i] && !s->maskBox[i]) *next++ = (uint32_t)(y * s->boxSize.width + x);
-    }
-}
-
-// Fills the box, its neighbours, the order and the ring; the state is zero behind its told numbers.
-OrvStatus fillState(OrvInpaintState* s, const Arguments& a, const uint8_t* dilated, const uint8_t* box) {
-  for (ptrdiff_t y = 0; y < s->boxSize.height; ++y) {
-    const ptrdiff_t row = y * s->maskStride;
-    memcpy(s->maskBox + row, box + row, (size_t)s->boxSize.width);
-    memcpy(s->dist + y * s->distStride, raw(a.dist.row(s->boxY + y)) + s->boxX,
-           (size_t)s->boxSize.width * sizeof(float));
+// The map's slope at the pixels to fill; none outside the mask.
+void fillDistGrad(OrvInpaintState* s) {
+  for (ptrdiff_t i = 0; i < s->orderCount; ++i) {
+    const OrvPoint at = inpaintPixel(s, i);
+    if (!s->maskBox[(ptrdiff_t)at.y * s->maskStride + at.x]) continue;
+    const float* const p = s->dist + (ptrdiff_t)at.y * s->distStride + at.x;
+    s->distGrad[2 * i] = slope(p, 1, at.x > 0, at.x + 1 < s->boxSize.width);
+    s->distGrad[2 * i + 1] = slope(p, s->distStride, at.y > 0, at.y + 1 < s->boxSize.height);
   }
-  memcpy(s->work, s->maskBox, (size_t)s->maskStride * (size_t)s->boxSize.height);
-  fillNeighbours(s, a.radius);
-  if (s->method == 0) fillDistGrad(s);
-  fillRing(s, dilated);
-  return fillOrder(s);
 }
 
-// Carves the block of a state; the bytes it takes. Without memory (null) it only counts them.
+// Sets ring to 255 within `reach` rows and columns of the mask, but on the mask itself to 0; returns how many that are.
+// `line` has room for a row.
+int32_t markRing(const OrvInpaintState& s, Plane<const uint8_t> mask, uint8_t* ring, uint8_t* line) {
+  const ptrdiff_t width = s.boxSize.width, height = s.boxSize.height, reach = s.reach;
+  memset(ring, 0, (size_t)(s.maskStride * height));
+  for (ptrdiff_t y = 0; y < height; ++y) {
+    const uint8_t* const m = raw(mask.row(s.boxY + y)) + s.boxX;
+    ptrdiff_t x = nextWith(255, m, 0, width);
+    if (x == width) continue;
+    memset(line, 0, (size_t)width);
+    while (x < width) {
+      ptrdiff_t end = x;
+      while (end < width && m[end]) ++end;
+      const ptrdiff_t first = x > reach ? x - reach : 0, last = end + reach < width ? end + reach : width;
+      memset(line + first, 255, (size_t)(last - first));
+      x = nextWith(255, m, end, width);
+    }
+    const ptrdiff_t top = y > reach ? y - reach : 0, bottom = y + reach < height ? y + reach : height - 1;
+    for (ptrdiff_t row = top; row <= bottom; ++row)
+      for (ptrdiff_t i = 0; i < width; ++i) ring[row * s.maskStride + i] |= line[i];
+  }
+  int32_t count = 0;
+  for (ptrdiff_t y = 0; y < height; ++y) {
+    const auto* const m = mask.row(s.boxY + y) + s.boxX;
+    uint8_t* const r = ring + y * s.maskStride;
+    for (ptrdiff_t x = 0; x < width; ++x) r[x] = m[x] ? 0 : r[x], count += r[x] != 0;
+  }
+  return count;
+}
+
+void listRing(OrvInpaintState* s, const uint8_t* ring) {
+  uint32_t* next = s->ring;
+  const ptrdiff_t width = s->boxSize.width;
+  for (ptrdiff_t y = 0; y < s->boxSize.height; ++y, ring += s->maskStride)
+    for (ptrdiff_t x = 0; (x = nextWith(255, ring, x, width)) < width; ++x) *next++ = (uint32_t)(y * width + x);
+}
+
+// Fills the box, its neighbours, the order and the ring.
+OrvStatus fillState(OrvInpaintState* s, const Arguments& a, const uint8_t* ring) {
+  const ptrdiff_t width = s->boxSize.width;
+  for (ptrdiff_t y = 0; y < s->boxSize.height; ++y) {
+    float* const dist = s->dist + y * s->distStride;
+    memcpy(dist, raw(a.dist.row(s->boxY + y)) + s->boxX, (size_t)width * sizeof(float));
+    for (ptrdiff_t x = width; x < s->distStride; ++x) dist[x] = 0;
+  }
+  orviThreshold_GTVal_8u_C1R(raw(a.mask.row(s->boxY)) + s->boxX, a.mask.step, s->maskBox, s->maskStride, s->boxSize, 0,
+                             255);
+  orviCopy_8u_C1R(s->maskBox, s->maskStride, s->work, s->maskStride, s->boxSize);
+  fillNeighbours(s, a.radius);
+  listRing(s, ring);
+  const OrvStatus status = fillOrder(s);
+  if (status == orvStatusOk && s->method == 0) fillDistGrad(s);
+  return status;
+}
+
+// Carves the block of a state; returns the bytes it takes. Without memory (null) it only counts them.
 int64_t layOut(OrvInpaintState* s, uint8_t* memory, int channels) {
-  int64_t bytes = 0;
+  int64_t bytes = (sizeof(OrvInpaintState) + 63) & ~63;
   const auto take = [&](auto*& piece, int64_t count) {
     if (memory) piece = (std::remove_reference_t<decltype(piece)>)(void*)(memory + bytes);
     bytes += (count * (int64_t)sizeof(*piece) + 63) & ~63;
   };
   const int64_t rows = s->boxSize.height;
-  OrvInpaintState* record;
-  take(record, 1);
   take(s->maskBox, rows * s->maskStride);
   take(s->work, rows * s->maskStride);
-  take(s->imageGrad, rows * s->gradStride * 2 * channels);
-  take(s->distGrad, s->method == 0 ? rows * s->gradStride * 2 : 0);
   take(s->dist, rows * s->distStride);
   take(s->order, s->count);
+  take(s->distGrad, s->method == 0 ? (int64_t)s->count * 2 : 0);
   take(s->ring, s->ringCount);
   take(s->neighbours, s->neighbourCount);
+  take(s->imageGrad, rows * s->gradStride * 2 * channels);
   return bytes;
 }
 
@@ -178,25 +216,23 @@ OrvInpaintState planState(const Arguments& a, const Hole& hole) {
   return s;
 }
 
-// Makes the state of a plan in one block.
-OrvStatus allocateState(OrvInpaintState** state, OrvInpaintState plan, const Arguments& a, const uint8_t* dilated,
-                        const uint8_t* box) {
+// Makes the state of a plan in one block. Pages of gradients that no run needs are never touched.
+OrvStatus allocateState(OrvInpaintState** state, OrvInpaintState plan, const Arguments& a, const uint8_t* ring) {
   const int64_t bytes = layOut(&plan, nullptr, a.channels);
   ORV_REQUIRE(bytes <= INT32_MAX, orvStatusNoMem);
   uint8_t* const memory = (uint8_t*)orvMalloc((int32_t)bytes);
   ORV_REQUIRE(memory, orvStatusNoMem);
-  memset(memory, 0, (size_t)bytes);
   layOut(&plan, memory, a.channels);
+  if (plan.method == 0) memset(plan.distGrad, 0, (size_t)plan.count * 4);
   auto* const made = (OrvInpaintState*)(void*)memory;
   *made = plan;
-  const OrvStatus status = plan.count > 0 ? fillState(made, a, dilated, box) : orvStatusOk;
+  const OrvStatus status = plan.count > 0 ? fillState(made, a, ring) : orvStatusOk;
   if (status == orvStatusOk) *state = made;
   else orvFree(memory);
   return status;
 }
 
-// The body of all InitAlloc forms. The ring must be counted before the block is made: that takes the mask's box and its
-// dilation in memory of their own.
+// The body of all InitAlloc forms. The ring must be counted before the block is made, in memory of its own.
 OrvStatus initialise(OrvInpaintState** state, const Arguments& a) {
   ORV_REQUIRE(allSet(a.mask.data, a.dist.data, state), orvStatusNullPtr);
   ORV_REQUIRE(validRoi(a.roi), orvStatusSize);
@@ -206,27 +242,16 @@ OrvStatus initialise(OrvInpaintState** state, const Arguments& a) {
   ORV_REQUIRE(a.radius >= 1, orvStatusBadArg);
 
   const Hole hole = findHole(a);
-  if (hole.count == 0) return allocateState(state, planState(a, hole), a, nullptr, nullptr);
+  if (hole.count == 0) return allocateState(state, planState(a, hole), a, nullptr);
   ORV_REQUIRE(a.radius < mostRadius, orvStatusNoMem);
   OrvInpaintState plan = planState(a, hole);
-  const int64_t area = (int64_t)plan.maskStride * plan.boxSize.height, since = (int64_t)plan.boxSize.width * 4;
+  const int64_t area = (int64_t)plan.maskStride * plan.boxSize.height;
   ORV_REQUIRE(area < (int64_t)1 << inpaintIndexBits, orvStatusNoMem);
-  uint8_t* const memory = orvsMalloc_8u((int32_t)(2 * area + since + 64));
-  ORV_REQUIRE(memory, orvStatusNoMem);
-
-  Scratch scratch{memory};
-  int32_t* const counters = scratch.take<int32_t>(plan.boxSize.width, 64);
-  uint8_t* const box = scratch.take<uint8_t>((ptrdiff_t)area, 1);
-  uint8_t* const dilated = scratch.take<uint8_t>((ptrdiff_t)area, 1);
-  orviThreshold_GTVal_8u_C1R(raw(a.mask.row(plan.boxY)) + plan.boxX, a.mask.step, box, plan.maskStride, plan.boxSize, 0,
-                             255);
-  dilateSquare(box, dilated, plan.maskStride, plan.boxSize, plan.reach, counters);
-  int64_t within = 0;
-  for (ptrdiff_t y = 0; y < plan.boxSize.height; ++y)
-    for (ptrdiff_t x = 0; x < plan.boxSize.width; ++x) within += dilated[y * plan.maskStride + x] != 0;
-  plan.ringCount = (int32_t)(within - hole.count);
-  const OrvStatus status = allocateState(state, plan, a, dilated, box);
-  orvsFree(memory);
+  uint8_t* const ring = orvsMalloc_8u((int32_t)area + plan.maskStride);
+  ORV_REQUIRE(ring, orvStatusNoMem);
+  plan.ringCount = markRing(plan, a.mask, ring, ring + area);
+  const OrvStatus status = allocateState(state, plan, a, ring);
+  orvsFree(ring);
   return status;
 }
 

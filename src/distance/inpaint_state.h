@@ -15,9 +15,9 @@ struct InpaintNeighbour {
 struct OrvInpaintState {
   uint8_t *maskBox, *work;       // 255 to be filled, 0 known; `work` loses its pixels in a run
   int16_t* imageGrad;            // pairs (gx, gy), one a channel: valid within the radius of the mask
-  int16_t* distGrad;             // pairs (tx, ty) on the mask, times 4096; method 0 only
   float* dist;                   // the distance map
   double* order;                 // the pixels to fill: distances with the pixel in their low bits, ascending
+  int16_t* distGrad;             // pairs (tx, ty) for each of them, the map's slope times 4096; method 0 only
   uint32_t* ring;                // the known pixels within the radius of the mask
   InpaintNeighbour* neighbours;  // rows from above, each from the left
   OrvSize maxRoi, boxSize;
@@ -25,12 +25,20 @@ struct OrvInpaintState {
   int32_t boxX, boxY;
   int32_t reach;  // whole pixels of the radius
   int32_t neighbourCount, orderCount, ringCount;
-  int32_t maskStride, distStride, gradStride;  // in elements; `gradStride` in pixels, also of `distGrad`
+  int32_t stray;                               // whether `order` has pixels outside the mask
+  int32_t maskStride, distStride, gradStride;  // in elements; `gradStride` in pixels
 };
 
 namespace ORV_VARIANT {
 
 // A pixel's number y * boxWidth + x stands in the low bits of its entry in `order`, which a float leaves empty.
 static constexpr int32_t inpaintIndexBits = 28;
+
+// The pixel of the box that an entry stands for.
+static inline OrvPoint inpaintPixel(const OrvInpaintState* s, ptrdiff_t entry) {
+  const uint64_t bits = __builtin_bit_cast(uint64_t, s->order[entry]);
+  const auto number = (uint32_t)(bits & ((1u << inpaintIndexBits) - 1)), width = (uint32_t)s->boxSize.width;
+  return {(int32_t)(number % width), (int32_t)(number / width)};
+}
 
 }  // namespace ORV_VARIANT
