@@ -39,4 +39,7 @@
 #include "orvcv/subpixel.h"
 #include "orvcv/undistort.h"
 #include "orvcv/super_resolution.h"
+#include "orvcv/distance.h"
+#include "orvcv/fast_marching.h"
+#include "orvcv/inpaint.h"
 #endif
