@@ -13,8 +13,8 @@
  *
  * mode is a sum of bits: orvFastNCorner must be set, orvFastNNms needs orvFastNScore.
  *
- *   orvFastNScore        the largest threshold below which the pixel stays a corner of its class, plus 1: the largest,
- *                        over all arcs of N points, of the smallest difference in the arc
+ *   orvFastNScore        the largest, over all arcs of N points, of the smallest difference in the arc: the pixel is a
+ *                        corner of its class at every threshold below it
  *   orvFastNNms          only corners whose score is not below that of any of their eight neighbours are kept; equal
  *                        neighbours are both kept. Neighbours outside the region count where they can be tested
  *   orvFastNOrientation  the direction of the ring's weight: with d(i) the differences of the ring points from c, and

@@ -261,9 +261,9 @@ TEST(statuses) {
         return orviFastNInit(c.roi, c.radius, c.arc, c.bins, c.threshold, c.mode, c.type, c.channels, c.state);
       },
       [&] { return fresh == std::vector<uint8_t>(good.size() + 8); });
-  walkChecks<Call>(
-      valid, Faults{noState, noResult} + size, [](Call& c) { return orviFastNGetBufferSize(c.state, c.roi, c.result); },
-      untouched);
+  for (const OrvSize bad : {OrvSize{0, 5}, OrvSize{5, 0}})
+    CHECK(orviFastNGetBufferSize(valid.state, bad, &result) == orvStatusSize);
+  CHECK(orviFastNGetBufferSize(nullptr, {0, 5}, &result) == orvStatusNullPtr && untouched());
 
   // Spoiled states; a null state would hide what the others spoil, so it is tried alone.
   const auto inState = [](const char* name, OrvStatus status, int field, int32_t value) {
