@@ -88,11 +88,11 @@ OrvStatus orviEigenValsVecsGetBufferSize_32f_C1R(OrvSize roiSize, int32_t apertu
  * orvStatusStepAlign (steps of float images), orvStatusFilterType, orvStatusMaskSize, orvStatusBorder, orvStatusSize
  * (avgWindow), orvStatusStep (negative), orvStatusInPlace (32f: src is dst). Steps are not measured. */
 OrvStatus orviHarrisCorner_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
-                                     int32_t filterType, OrvMaskSize maskSize, int32_t avgWindow,
+                                     OrvFilterKernel filterType, OrvMaskSize maskSize, int32_t avgWindow,
                                      OrvBorderType borderType, uint8_t borderValue, uint8_t* buffer, float k,
                                      float scale);
 OrvStatus orviHarrisCorner_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
-                                   int32_t filterType, OrvMaskSize maskSize, int32_t avgWindow,
+                                   OrvFilterKernel filterType, OrvMaskSize maskSize, int32_t avgWindow,
                                    OrvBorderType borderType, uint8_t* buffer, float k, float scale, float borderValue);
 
 /* Returns, in order: orvStatusNullPtr (bufferSize), orvStatusSize (region), orvStatusMaskSize, orvStatusDataType

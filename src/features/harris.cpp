@@ -49,7 +49,7 @@ KERNELS_END
 
 namespace {
 
-OrvStatus checkHarris(int32_t filterType, OrvMaskSize maskSize, OrvBorderType borderType, int32_t avgWindow) {
+OrvStatus checkHarris(OrvFilterKernel filterType, OrvMaskSize maskSize, OrvBorderType borderType, int32_t avgWindow) {
   ORV_REQUIRE(filterType == orvFilterKernelSobel || filterType == orvFilterKernelScharr ||
                   filterType == orvFilterKernelCentralDiff,
               orvStatusFilterType);
@@ -61,7 +61,7 @@ OrvStatus checkHarris(int32_t filterType, OrvMaskSize maskSize, OrvBorderType bo
   return orvStatusOk;
 }
 
-GradientForm formOf(int32_t filterType, OrvMaskSize maskSize) {
+GradientForm formOf(OrvFilterKernel filterType, OrvMaskSize maskSize) {
   return filterType == orvFilterKernelScharr ? GradientForm::scharr3
          : maskSize == orvMaskSize5x5        ? GradientForm::sobel5
                                              : GradientForm::sobel3;
@@ -92,7 +92,7 @@ void harris(Plane<const T> src, Plane<float> dst, OrvSize roi, GradientKernel<T,
 }  // namespace
 
 OrvStatus orviHarrisCorner_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
-                                     int32_t filterType, OrvMaskSize maskSize, int32_t avgWindow,
+                                     OrvFilterKernel filterType, OrvMaskSize maskSize, int32_t avgWindow,
                                      OrvBorderType borderType, uint8_t borderValue, uint8_t* buffer, float k,
                                      float scale) {
   ORV_REQUIRE(allSet(src, dst, buffer), orvStatusNullPtr);
@@ -108,7 +108,7 @@ OrvStatus orviHarrisCorner_8u32f_C1R(const uint8_t* src, int32_t srcStep, float*
 }
 
 OrvStatus orviHarrisCorner_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
-                                   int32_t filterType, OrvMaskSize maskSize, int32_t avgWindow,
+                                   OrvFilterKernel filterType, OrvMaskSize maskSize, int32_t avgWindow,
                                    OrvBorderType borderType, uint8_t* buffer, float k, float scale, float borderValue) {
   ORV_REQUIRE(allSet(src, dst, buffer), orvStatusNullPtr);
   ORV_REQUIRE(validRoi(roiSize), orvStatusSize);
