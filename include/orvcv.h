@@ -24,4 +24,7 @@
 #include "orvcv/hough.h"
 #include "orvcv/peaks.h"
 #include "orvcv/gradient_color.h"
+#include "orvcv/corners.h"
+#include "orvcv/line_suppression.h"
+#include "orvcv/fastn.h"
 #endif

@@ -1,16 +1,18 @@
-// The demo: smooths a photograph through the public functions and shows what came of it.
+// The demo: works on a photograph through the public functions and shows what came of it.
 //
 //   orvcv_demo DIRECTORY [PNG-or-JPEG]
 #include <stdio.h>
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
+#include "derivatives.h"
 #include "frames.h"
 #include "gaussian.h"
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
 #include "sheet.h"
+#include "statistics.h"
 
 using namespace demo;
 
@@ -166,7 +168,9 @@ void run(const std::string& directory, const std::string& path) {
   showBorders(sheet, photo, gray);
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
-  printf("\nLook at %s\n", sheet.finish("orvCV smooths a photograph").c_str());
+  showDerivatives(sheet, gray);
+  showStatistics(sheet, photo, gray);
+  printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 
 }  // namespace
