@@ -33,6 +33,7 @@
 #include "orvcv/peaks.h"
 #include "orvcv/gradient_color.h"
 #include "orvcv/corners.h"
+#include "orvcv/line_suppression.h"
 #include "orvcv/fastn.h"
 #include "orvcv/pyramid.h"
 #include "orvcv/optical_flow.h"

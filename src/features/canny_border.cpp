@@ -2,55 +2,50 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "features/canny_border.cpp"
 #include "core/kernels.h"
-#include "core/vectors.h"
-#include "filter/row_strip.h"
-#include "filter/column_stage.h"
-#include "filter/fixed_filter.h"
-#include "filter/taps.h"
-#include "filter/fixed_kernels.h"
-#include "filter/gradient_kernels.h"
 #include "features/canny_grade.h"
-
-#ifndef ORV_CANNY_FORMS
-#define ORV_CANNY_FORMS
-namespace ORV_VARIANT {
-// Sobel forms whose derivative along the row rises with x, as that of Scharr does.
-struct RisingSobel3 : Sobel3 {
-  using Along = kerDx_3;
-};
-struct RisingSobel5 : Sobel5 {
-  using Along = kerDx_5;
-};
-}  // namespace ORV_VARIANT
-#endif
 
 KERNELS_BEGIN
 
-// Called for three kinds of gradients: one copy of either.
-template <CannyForm form>
-HWY_NOINLINE void GradeBlock(const int16_t* dx, const int16_t* dy, float* magnitude, uint8_t* code, ptrdiff_t n,
-                             float low) {
-  CannyGrade<form>(dx, dy, magnitude, code, n, low, 0);
+void GradeL1(const int16_t* dx, const int16_t* dy, float* magnitude, uint8_t* code, ptrdiff_t n, float low,
+             int32_t turned) {
+  CannyGrade<CannyForm::imageL1>(dx, dy, magnitude, code, n, low, 0, turned);
 }
-
-// A row of magnitudes and codes from the extended rows around it. |dx| + |dy| of bytes fits 16 bits.
-template <class Form>
-void GradeRow(const uint8_t* const* rows, float* magnitude, uint8_t* code, ptrdiff_t width, float low, bool squared) {
-  HWY_ALIGN int16_t dx[gradientBlock], dy[gradientBlock];
-  for (ptrdiff_t x = 0; x < width; x += gradientBlock) {
-    const ptrdiff_t n = HWY_MIN(width - x, gradientBlock);
-    const uint8_t* shifted[2 * Form::half + 1];
-    for (int i = 0; i <= 2 * Form::half; ++i) shifted[i] = rows[i] + x;
-    Gradients<Form>(shifted, n, dx, dy);
-    (squared ? GradeBlock<CannyForm::imageL2> : GradeBlock<CannyForm::imageL1>)(dx, dy, magnitude + x, code + x, n,
-                                                                                low);
-  }
+void GradeL2(const int16_t* dx, const int16_t* dy, float* magnitude, uint8_t* code, ptrdiff_t n, float low,
+             int32_t turned) {
+  CannyGrade<CannyForm::imageL2>(dx, dy, magnitude, code, n, low, 0, turned);
 }
 
 KERNELS_END
 
 #if HWY_ONCE
 #include "filter/extended_rows.h"
+#include "filter/gradient_vector.h"
+
+namespace {
+
+bool validMask(OrvMaskSize maskSize) { return maskSize == orvMaskSize3x3 || maskSize == orvMaskSize5x5; }
+
+// How a row of the image is graded.
+struct ImageGrade {
+  GradientKernel<uint8_t, int16_t> gradients;
+  decltype(&N_SSSE3::GradeL1) grade;
+  float low;
+  int32_t turned;
+
+  // The windows of column 0 begin at rows[i][0].
+  void row(const uint8_t* const* rows, int32_t count, ptrdiff_t width, float* magnitude, uint8_t* code) const {
+    alignas(64) int16_t dx[gradientBlock], dy[gradientBlock];
+    for (ptrdiff_t x = 0; x < width; x += gradientBlock) {
+      const ptrdiff_t n = width - x < gradientBlock ? width - x : (ptrdiff_t)gradientBlock;
+      const uint8_t* shifted[5];
+      for (int32_t i = 0; i < count; ++i) shifted[i] = rows[i] + x;
+      gradients(shifted, n, dx, dy);
+      grade(dx, dy, magnitude + x, code + x, n, low, turned);
+    }
+  }
+};
+
+}  // namespace
 
 OrvStatus orviCannyBorderGetSize(OrvSize roiSize, int32_t, OrvMaskSize maskSize, int32_t, int32_t* bufferSize) {
   ORV_REQUIRE(bufferSize, orvStatusNullPtr);
@@ -80,14 +75,14 @@ OrvStatus orviCannyBorder_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* d
   // Here the kind orvBorderInMem means no side: those without a flag are constant.
   const int32_t border = (borderType & orvBorderRepl) | (borderType & borderAllSides);
   const int32_t size = maskSize == orvMaskSize3x3 ? 3 : 5;
-  const auto grade = size == 5                            ? WIDEST(GradeRow<RisingSobel5>)
-                     : filterType == orvFilterKernelSobel ? WIDEST(GradeRow<RisingSobel3>)
-                                                          : WIDEST(GradeRow<Scharr3>);
-  const bool squared = norm == orvNormL2;
+  const bool scharr = filterType == orvFilterKernelScharr;
+  const GradientForm form = scharr ? GradientForm::scharr3 : size == 5 ? GradientForm::sobel5 : GradientForm::sobel3;
+  const ImageGrade grade = {byteGradients(form), norm == orvNormL2 ? WIDEST(GradeL2) : WIDEST(GradeL1), lowThreshold,
+                            scharr ? 0 : -1};  // the dx of Sobel filters falls with x
   const CannyMemory memory(roiSize, buffer);
   ExtendedRows<uint8_t> around({src, srcStep}, roiSize, size, border, borderValue, (uint8_t*)memory.stack);
   cannyEdges(memory, roiSize, highThreshold, {dst, dstStep}, [&](ptrdiff_t, float* magnitude, uint8_t* code) {
-    grade(around.next(), magnitude, code, roiSize.width, lowThreshold, squared);
+    grade.row(around.next(), size, roiSize.width, magnitude, code);
   });
   return orvStatusOk;
 }

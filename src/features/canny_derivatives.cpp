@@ -10,10 +10,10 @@ KERNELS_BEGIN
 
 void CannyGradeShorts(const int16_t* dx, const int16_t* dy, float* magnitude, uint8_t* code, ptrdiff_t n, float low,
                       float most) {
-  CannyGrade<CannyForm::shorts>(dx, dy, magnitude, code, n, low, most);
+  CannyGrade<CannyForm::shorts>(dx, dy, magnitude, code, n, low, most, 0);
 }
 void CannyGradeFloats(const float* dx, const float* dy, float* magnitude, uint8_t* code, ptrdiff_t n, float low) {
-  CannyGrade<CannyForm::floats>(dx, dy, magnitude, code, n, low, 0);
+  CannyGrade<CannyForm::floats>(dx, dy, magnitude, code, n, low, 0, 0);
 }
 
 KERNELS_END

@@ -29,10 +29,11 @@ HWY_INLINE auto AbsoluteLanes(D, hn::VFromD<D> v, const float*) {
   return hn::Abs(hn::BitCast(hn::RebindToFloat<D>(), v));
 }
 
-// n magnitudes and codes. `most` bounds the sums of the form for shorts.
+// n magnitudes and codes. `most` bounds the sums of the form for shorts. `turned` is -1 for an image whose dx falls
+// with x, else 0.
 template <CannyForm form, class T>
 HWY_INLINE void CannyGrade(const T* dx, const T* dy, float* magnitude, uint8_t* code, ptrdiff_t n, float low,
-                           float most) {
+                           float most, int32_t turned) {
   constexpr bool image = form == CannyForm::imageL1 || form == CannyForm::imageL2;
   Vectors<float>(
       0, n, VECTOR(d, x) {
@@ -50,7 +51,8 @@ HWY_INLINE void CannyGrade(const T* dx, const T* dy, float* magnitude, uint8_t* 
         const auto flat = hn::Mul(ax, hn::Set(d, 0.41421357f));
         const auto steep = image ? hn::Add(hn::Add(ax, ax), flat) : hn::Mul(ax, hn::Set(d, 2.4142137f));
         const auto isDown = hn::RebindMask(di, hn::Lt(steep, ay)), isAlong = hn::RebindMask(di, hn::Lt(ay, flat));
-        const auto opposite = hn::Lt(hn::Xor(sx, sy), hn::Zero(di));
+        const auto flip = hn::Set(di, turned), risingX = image ? hn::Sub(hn::Xor(sx, flip), flip) : sx;
+        const auto opposite = hn::Lt(hn::Xor(risingX, sy), hn::Zero(di));
         auto c = hn::IfThenElse(opposite, hn::Set(di, cannyRising), hn::Set(di, cannyFalling));
         c = hn::IfThenElse(isDown, hn::Set(di, cannyDown), hn::IfThenElse(isAlong, hn::Set(di, cannyAlongRow), c));
         const hn::Rebind<uint8_t, decltype(d)> d8;

@@ -44,52 +44,26 @@ void Responses(const float* means, ptrdiff_t pitch, float* dst, ptrdiff_t n, ptr
 KERNELS_END
 
 #if HWY_ONCE
-#include "features/harris_size.h"
-#include "filter/border.h"
+#include "features/harris.h"
 
 namespace {
-
-OrvStatus checkHarris(OrvFilterKernel filterType, OrvMaskSize maskSize, OrvBorderType borderType, int32_t avgWindow) {
-  ORV_REQUIRE(filterType == orvFilterKernelSobel || filterType == orvFilterKernelScharr ||
-                  filterType == orvFilterKernelCentralDiff,
-              orvStatusFilterType);
-  ORV_REQUIRE(maskSize == orvMaskSize3x3 || (maskSize == orvMaskSize5x5 && filterType == orvFilterKernelSobel),
-              orvStatusMaskSize);
-  const int32_t kind = borderType & 7;
-  ORV_REQUIRE(kind == orvBorderConst || kind == orvBorderRepl || kind == orvBorderInMem, orvStatusBorder);
-  ORV_REQUIRE(avgWindow > 0, orvStatusSize);
-  return orvStatusOk;
-}
-
-GradientForm formOf(OrvFilterKernel filterType, OrvMaskSize maskSize) {
-  return filterType == orvFilterKernelScharr ? GradientForm::scharr3
-         : maskSize == orvMaskSize5x5        ? GradientForm::sobel5
-                                             : GradientForm::sobel3;
-}
 
 template <class T, class R>
 void harris(Plane<const T> src, Plane<float> dst, OrvSize roi, GradientKernel<T, R> gradient, OrvMaskSize maskSize,
             int32_t avgWindow, OrvBorderType borderType, T borderValue, uint8_t* buffer, float k, float scale) {
-  const bool inMemory = (borderType & 7) == orvBorderInMem;
   const auto n = (uint32_t)avgWindow;
   const auto factor = (float)((double)(n * n * n * n) * (double)scale);
-  const TensorCall<T, R> call = {src,
-                                 dst,
-                                 1,
-                                 roi,
-                                 gradient,
-                                 maskSize == orvMaskSize5x5 ? 5 : 3,
-                                 avgWindow,
-                                 inMemory ? (int32_t)orvBorderConst : borderType & 7,
-                                 inMemory ? (int32_t)borderAllSides : borderType & borderAllSides,
-                                 borderValue,
-                                 WIDEST(Responses),
-                                 {factor, k, 0, roi.width & ~3}};
-  const OrvDataType type = sizeof(T) == 1 ? orvData8u : orvData32f;
-  tensorRows(call, 0, roi.height, buffer, harrisBytes(roi, maskSize, avgWindow, type));
+  const HarrisPlan plan = {roi, maskSize, avgWindow, borderType};
+  harrisTensor<T, R>(plan, src, dst, 1, gradient, borderValue, buffer, WIDEST(Responses),
+                     {factor, k, 0, roi.width & ~3});
 }
 
 }  // namespace
+
+GradientKernel<uint8_t, int16_t> ORV_VARIANT::harrisGradients(OrvFilterKernel filterType, OrvMaskSize maskSize) {
+  return filterType == orvFilterKernelCentralDiff ? WIDEST(ByteDifferences)
+                                                  : byteGradients(harrisForm(filterType, maskSize));
+}
 
 OrvStatus orviHarrisCorner_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
                                      OrvFilterKernel filterType, OrvMaskSize maskSize, int32_t avgWindow,
@@ -100,8 +74,7 @@ OrvStatus orviHarrisCorner_8u32f_C1R(const uint8_t* src, int32_t srcStep, float*
   ORV_REQUIRE(stepsAligned<float>(dstStep), orvStatusStepAlign);
   if (const OrvStatus status = checkHarris(filterType, maskSize, borderType, avgWindow)) return status;
   ORV_REQUIRE(srcStep >= 0 && dstStep >= 0, orvStatusStep);
-  const auto gradient =
-      filterType == orvFilterKernelCentralDiff ? WIDEST(ByteDifferences) : byteGradients(formOf(filterType, maskSize));
+  const auto gradient = harrisGradients(filterType, maskSize);
   harris<uint8_t, int16_t>({src, srcStep}, {dst, dstStep}, roiSize, gradient, maskSize, avgWindow, borderType,
                            borderValue, buffer, k, scale);
   return orvStatusOk;
@@ -117,7 +90,7 @@ OrvStatus orviHarrisCorner_32f_C1R(const float* src, int32_t srcStep, float* dst
   ORV_REQUIRE(srcStep >= 0 && dstStep >= 0, orvStatusStep);
   ORV_REQUIRE(src != dst, orvStatusInPlace);
   const auto gradient = filterType == orvFilterKernelCentralDiff ? WIDEST(FloatDifferences)
-                                                                 : floatGradients(formOf(filterType, maskSize));
+                                                                 : floatGradients(harrisForm(filterType, maskSize));
   harris<float, float>({src, srcStep}, {dst, dstStep}, roiSize, gradient, maskSize, avgWindow, borderType, borderValue,
                        buffer, k, scale);
   return orvStatusOk;

@@ -6,7 +6,7 @@
 // the time is the memory that these touch. No cell gets more votes than there are pixels in a strip of the image two
 // cells wide, so for all but very large images or cells 16 bits hold it, and half the memory suffices.
 //
-// Limitations. The buffer holds the accumulator, four bytes a pixel for the list and one for the mask.
+// Limitations. The buffer holds the accumulator, four bytes a pixel for the list and a bit for the mask.
 #include <string.h>
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "features/hough_prob.cpp"
@@ -32,6 +32,7 @@ namespace {
 using Cells = decltype(&N_SSSE3::RhoCells);
 
 constexpr ptrdiff_t angleBlock = 256;
+constexpr uint32_t ahead = 8;  // pixels from the request of a mask byte to its use
 
 template <class Count>
 struct Accumulator {
@@ -91,11 +92,16 @@ struct LineWalk {
   void turn() { stepX = -stepX, stepY = -stepY; }
 };
 
+// A bit a pixel: an eighth of the image stays in the cache with the accumulator.
 struct PixelMask {
   uint8_t* data;
   OrvSize size;
+  static ptrdiff_t pitch(int32_t width) { return ((ptrdiff_t)width + 7) >> 3; }
+  uint8_t* eight(int32_t x, int32_t y) const { return data + y * pitch(size.width) + (x >> 3); }
   bool inside(OrvPoint p) const { return p.x >= 0 && p.y >= 0 && p.x < size.width && p.y < size.height; }
-  uint8_t& at(OrvPoint p) const { return data[(ptrdiff_t)p.y * size.width + p.x]; }
+  bool at(OrvPoint p) const { return *eight(p.x, p.y) >> (p.x & 7) & 1; }
+  void set(int32_t x, int32_t y) const { *eight(x, y) = (uint8_t)(*eight(x, y) | 1 << (x & 7)); }
+  void clear(OrvPoint p) const { *eight(p.x, p.y) = (uint8_t)(*eight(p.x, p.y) & ~(1 << (p.x & 7))); }
 
   // The last pixel that is set before the image ends or more than `gap` pixels in a row are not set.
   OrvPoint lastSet(LineWalk walk, int32_t gap) const {
@@ -120,6 +126,18 @@ struct ProbCall {
   int32_t* lineCount;
 };
 
+// Puts the pixels in the order in which they are taken, the first one last. Each is drawn from those that remain; the
+// last of them moves into its place.
+void shuffle(uint32_t* list, uint32_t n) {
+  uint64_t random = UINT64_MAX;
+  for (; n > 0; --n) {
+    random = (random >> 32) + (random & 0xFFFFFFFF) * 0xF83F630A;
+    const uint32_t k = (uint32_t)random % n, drawn = list[k];
+    list[k] = list[n - 1];
+    list[n - 1] = drawn;
+  }
+}
+
 template <class Count>
 OrvStatus probLines(const ProbCall& call, Accumulator<Count> accumulator, Scratch scratch) {
   const HoughGeometry& g = accumulator.geometry;
@@ -127,23 +145,21 @@ OrvStatus probLines(const ProbCall& call, Accumulator<Count> accumulator, Scratc
                   pixels = (ptrdiff_t)call.roi.width * call.roi.height;
   accumulator.count = scratch.take<Count>(cells, sizeof(Count));
   uint32_t* const list = scratch.take<uint32_t>(pixels, alignof(uint32_t));
-  const PixelMask mask = {scratch.take<uint8_t>(pixels, 1), call.roi};
+  const ptrdiff_t maskBytes = PixelMask::pitch(call.roi.width) * call.roi.height;
+  const PixelMask mask = {scratch.take<uint8_t>(maskBytes, 1), call.roi};
   memset(accumulator.count, 0, (size_t)cells * sizeof(Count));
+  memset(mask.data, 0, (size_t)maskBytes);
 
   const PixelCode code(call.roi.width);
   uint32_t n = 0;
-  for (int32_t y = 0; y < call.roi.height; ++y) {
-    uint8_t* const row = mask.data + (ptrdiff_t)y * call.roi.width;
-    memset(row, 0, (size_t)call.roi.width);
-    forEachFeature(raw(call.src.row(y)), call.roi.width, [&](int32_t x) { row[x] = 1, list[n++] = code.code(x, y); });
-  }
+  for (int32_t y = 0; y < call.roi.height; ++y)
+    forEachFeature(raw(call.src.row(y)), call.roi.width,
+                   [&](int32_t x) { mask.set(x, y), list[n++] = code.code(x, y); });
+  shuffle(list, n);
 
-  uint64_t random = UINT64_MAX;
   for (; n > 0; --n) {
-    random = (random >> 32) + (random & 0xFFFFFFFF) * 0xF83F630A;
-    const uint32_t k = (uint32_t)random % n;
-    const OrvPoint point = {code.x(list[k]), code.y(list[k])};
-    list[k] = list[n - 1];
+    const OrvPoint point = {code.x(list[n - 1]), code.y(list[n - 1])};
+    if (n > ahead) __builtin_prefetch(mask.eight(code.x(list[n - 1 - ahead]), code.y(list[n - 1 - ahead])));
     if (!mask.at(point)) continue;
     const ptrdiff_t angle = accumulator.vote(point.x, point.y, call.threshold);
     if (angle < 0) continue;
@@ -158,7 +174,7 @@ OrvStatus probLines(const ProbCall& call, Accumulator<Count> accumulator, Scratc
         const OrvPoint p = again.at();
         if (mask.at(p)) {
           if (good) accumulator.unvote(p.x, p.y);
-          mask.at(p) = 0;
+          mask.clear(p);
         }
         if (p.x == last.x && p.y == last.y) break;
       }

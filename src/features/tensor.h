@@ -32,7 +32,7 @@ template <class T, class R>
 struct TensorCall {
   Plane<const T> src;
   Plane<float> dst;
-  int32_t channels;  // floats of a result
+  int32_t channels;  // floats of a result; 0: results get the start of the row and count columns from there
   OrvSize roi;
   GradientKernel<T, R> gradient;
   int32_t maskRows;  // of the gradient, 3 or 5

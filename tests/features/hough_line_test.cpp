@@ -1,41 +1,8 @@
-// Line detection against its plain forms; sizes, statuses and cases worked by hand.
-#include "features/roles.h"
-#include "reference/hough.h"
+// Standard line detection against its plain form; sizes, statuses and a case worked by hand.
+// One body serves both variants.
+#include "features/hough_cases.h"
 
 using namespace test;
-
-namespace {
-
-// A few straight lines and noise; or, now and then, all of the image.
-void drawLines(Random& r, Image<uint8_t>& image, int width, int height) {
-  const int share = r.one(6) ? 1 : r.in(5, 200);
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x) image.set(x, y, (uint8_t)(r.one(share) ? r.in(1, 255) : 0));
-  for (int i = r.in(0, 4); i > 0; --i) {
-    const float angle = (float)r.in(0, 628) * .01f;
-    const int x = r.in(0, width - 1), y = r.in(0, height - 1);
-    for (int k = 0; k < width + height; ++k) {
-      const int u = x + (int)lrintf((float)k * cosf(angle)), v = y + (int)lrintf((float)k * sinf(angle));
-      if (u >= 0 && v >= 0 && u < width && v < height && !r.one(9)) image.set(u, v, 255);
-    }
-  }
-  image.keep();
-}
-
-OrvPointPolar someDelta(Random& r, OrvSize roi) {
-  const float rhos[] = {1, 1, .5f, 2.5f, .013f, (float)(roi.width + roi.height)};
-  const float thetas[] = {.0174533f, .0174533f, .05f, .3f, 2, 3.14159f};
-  return {std::min(rhos[r.in(0, 5)], (float)(roi.width + roi.height)), thetas[r.in(0, 5)]};
-}
-
-std::vector<Shape> lineShapes() {
-  std::vector<Shape> list = shapes();
-  if (quick()) list.resize(list.size() / 2);
-  for (const Shape more : {Shape{90, 70}, Shape{61, 150}, Shape{520, 30}}) list.push_back(more);
-  return list;
-}
-
-}  // namespace
 
 TEST(lines) {
   Random r(seed());
@@ -78,63 +45,18 @@ TEST(lines) {
   }
 }
 
-TEST(segments) {
-  Random r(seed());
-  for (const Shape& shape : lineShapes()) {
-    const OrvSize roi = {shape.width, shape.height};
-    OrvPointPolar delta = someDelta(r, roi);
-    if (r.one(4)) delta.rho = 12000;  // one cell or none, and counts of 32 bits
-    const int32_t threshold = r.in(1, 12), length = r.in(0, 15), gap = r.in(0, 4), most = r.one(2) ? r.in(0, 3) : 500;
-    const Context context(detail::describe("orviHoughProbLine_8u32f_C1R", shape) + " rho " + std::to_string(delta.rho) +
-                          " theta " + std::to_string(delta.theta));
-    Image<uint8_t> src(r, roi.width, roi.height, 1);
-    drawLines(r, src, roi.width, roi.height);
-    const auto all = reference::houghSegments(src.data(), src.step(), roi, delta, threshold, length, gap);
-    int32_t stateBytes = 0;
-    Buffer buffer(
-        [&](OrvSize s, int32_t* bytes) { return orviHoughProbLineGetSize_8u_C1R(s, delta, &stateBytes, bytes); });
-    buffer.prepare(r, shape);
-    const Guarded memory((size_t)stateBytes, true, (size_t)r.in(0, 9));
-    auto* const state = (OrvHoughProbState*)(void*)memory.data();
-    CHECK(orviHoughProbLineInit_8u32f_C1R(roi, delta, 3, state) == orvStatusOk && memory.intact());
-    const size_t kept = std::min(all.size(), (size_t)most);
-    forEachSetting(false, [&] {
-      std::vector<int32_t> lines(4 * (kept + 1), -7);
-      int32_t count = -7;
-      const OrvStatus status = orviHoughProbLine_8u32f_C1R(src.data(), src.step(), roi, threshold, length, gap,
-                                                           lines.data(), most, &count, buffer.memory->data(), state);
-      CHECK(status == (all.size() > kept ? orvStatusLinesFullWarn : orvStatusOk), "status %d", status);
-      CHECK(src.unchanged());
-      buffer.verify(0);
-      if (count != (int)kept) return fail("%d segments, not %d", count, (int)kept);
-      for (size_t i = 0; i < 4 * kept; ++i)
-        if (lines[i] != all[i / 4][i % 4]) return fail("segment %d differs", (int)i / 4);
-      CHECK(lines[4 * kept] == -7);
-    });
-  }
-}
-
 TEST(sizes) {
   const OrvPointPolar delta = {1, .0174533f};
-  int32_t bytes = -1, state = -1;
+  int32_t bytes = -1;
   CHECK(orviHoughLineGetSize_8u_C1R({100, 50}, delta, 7, &bytes) == orvStatusOk);
   CHECK(bytes == 50 * 464 + 16 * 7 + 8 * 180 + 16 * 301 + 288, "%d", bytes);
   CHECK(orviHoughLineGetSize_8u_C1R({30000, 30000}, delta, 7, &bytes) == orvStatusSizeOverflowWarn);
   CHECK(bytes == (int32_t)(30000u * 120064u + 16 * 7 + 8 * 180 + 16 * 120001 + 288), "%d", bytes);
-  CHECK(orviHoughProbLineGetSize_8u_C1R({100, 50}, delta, &state, &bytes) == orvStatusOk);
-  CHECK(state == 8 * 180 + 16 && bytes == 9 * 5000 + 4 * 301 * 180, "%d %d", state, bytes);
   for (const OrvPointPolar& bad : {OrvPointPolar{0, 1}, OrvPointPolar{1, -1}, OrvPointPolar{NAN, 1}}) {
     CHECK(orviHoughLineGetSize_8u_C1R({0, 1}, bad, 1, nullptr) == orvStatusNullPtr);
     CHECK(orviHoughLineGetSize_8u_C1R({0, 1}, bad, 1, &bytes) == orvStatusSize);
     CHECK(orviHoughLineGetSize_8u_C1R({1, 1}, bad, 1, &bytes) == orvStatusBadArg);
-    CHECK(orviHoughProbLineGetSize_8u_C1R({1, 0}, bad, &state, nullptr) == orvStatusNullPtr);
-    CHECK(orviHoughProbLineGetSize_8u_C1R({1, 0}, bad, nullptr, &bytes) == orvStatusNullPtr);
-    CHECK(orviHoughProbLineGetSize_8u_C1R({1, 0}, bad, &state, &bytes) == orvStatusSize);
-    CHECK(orviHoughProbLineGetSize_8u_C1R({1, 1}, bad, &state, &bytes) == orvStatusBadArg);
-    CHECK(orviHoughProbLineInit_8u32f_C1R({1, 0}, bad, 0, nullptr) == orvStatusSize);
-    CHECK(orviHoughProbLineInit_8u32f_C1R({1, 1}, bad, 0, nullptr) == orvStatusBadArg);
   }
-  CHECK(orviHoughProbLineInit_8u32f_C1R({1, 1}, delta, 0, nullptr) == orvStatusNullPtr);
 }
 
 namespace {
@@ -191,50 +113,19 @@ TEST(statuses) {
     if (which) inverted[1] = {-1, 2};
     CHECK(region(a) == orvStatusRange && count == 0);
   }
-  alignas(8) uint8_t state[512];
-  CHECK(orviHoughProbLineInit_8u32f_C1R({8, 8}, {1, .1f}, 0, (OrvHoughProbState*)state) == orvStatusOk);
-  int32_t segment[16] = {-7};
-  struct Segments {
-    const void *src, *lines, *buffer, *state;
-    OrvSize roi;
-    int32_t threshold, length, gap;
-  };
-  count = -7;
-  walkChecks<Segments>(
-      {src.data(), segment, buffer.data(), state, {8, 8}, 3, 2, 1},
-      {{"src", orvStatusNullPtr, [](Segments& a) { a.src = nullptr; }},
-       {"lines", orvStatusNullPtr, [](Segments& a) { a.lines = nullptr; }},
-       {"buffer", orvStatusNullPtr, [](Segments& a) { a.buffer = nullptr; }},
-       {"state", orvStatusNullPtr, [](Segments& a) { a.state = nullptr; }},
-       {"width", orvStatusSize, [](Segments& a) { a.roi.width = 0; }},
-       {"height", orvStatusSize, [](Segments& a) { a.roi.height = 0; }},
-       {"threshold", orvStatusBadArg, [](Segments& a) { a.threshold = 0; }},
-       {"length", orvStatusBadArg, [](Segments& a) { a.length = -1; }},
-       {"gap", orvStatusBadArg, [](Segments& a) { a.gap = -1; }}},
-      [&](Segments& a) {
-        return orviHoughProbLine_8u32f_C1R((const uint8_t*)a.src, 8, a.roi, a.threshold, a.length, a.gap,
-                                           (int32_t*)a.lines, 4, &count, (uint8_t*)a.buffer,
-                                           (const OrvHoughProbState*)a.state);
-      },
-      [&] { return count == -7 && segment[0] == -7; });
 }
 
-// A perfect line of 20 votes: above a threshold it must be in one detector, at it in the other.
+// A perfect line of 20 votes must be above the threshold.
 TEST(thresholds) {
   const OrvPointPolar delta = {1, 1.5707f};
   const OrvSize roi = {20, 9};
   uint8_t image[180] = {};
   for (int x = 0; x < 20; ++x) image[5 * 20 + x] = 1;
-  std::vector<uint8_t> buffer(1 << 16), memory(64);
-  auto* const state = (OrvHoughProbState*)(void*)memory.data();
+  std::vector<uint8_t> buffer(1 << 16);
   OrvPointPolar line[4];
-  int32_t count, segment[16];
-  orviHoughProbLineInit_8u32f_C1R(roi, delta, 0, state);
+  int32_t count;
   for (const int32_t threshold : {19, 20, 21}) {
     orviHoughLine_8u32f_C1R(image, 20, roi, delta, threshold, line, 4, &count, buffer.data());
     CHECK(count == (threshold < 20) && (count == 0 || (line[0].rho == 5 && line[0].theta == 1.5707f)));
-    orviHoughProbLine_8u32f_C1R(image, 20, roi, threshold, 5, 0, segment, 4, &count, buffer.data(), state);
-    CHECK(count == (threshold <= 20), "threshold %d: %d segments", threshold, count);
-    if (count == 1) CHECK(segment[1] == 5 && segment[3] == 5 && abs(segment[0] - segment[2]) == 19);
   }
 }
