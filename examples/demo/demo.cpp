@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include "frames.h"
 #include "gaussian.h"
+#include "morphology.h"
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
@@ -166,6 +167,7 @@ void run(const std::string& directory, const std::string& path) {
   showBorders(sheet, photo, gray);
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
+  showMorphology(sheet);
   printf("\nLook at %s\n", sheet.finish("orvCV smooths a photograph").c_str());
 }
 
