@@ -96,14 +96,13 @@ struct BitFolder {
     return (((15 + width + box.columns) >> 3) + rowPadding + alignment - 1) & -alignment;
   }
 
-  void foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, const uint8_t** list, uint8_t* ring,
-                 ptrdiff_t rowBytes) const;
+  void foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, uint8_t* ring, ptrdiff_t rowBytes) const;
   void foldPixels() const;
   void run() const;
 };
 
 // Pixels first .. first + width - 1 of each row. `first` is 0 or begins a byte of the destination.
-void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, const uint8_t** list, uint8_t* ring,
+void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, uint8_t* ring,
                           ptrdiff_t rowBytes) const {
   const bool left = call.sides & orvBorderInMemLeft, right = call.sides & orvBorderInMemRight;
   const WindowSpan span = splitWindow(first + box.left, width + box.columns - 1, call.roi.width, left, right);
@@ -116,7 +115,17 @@ void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slot
   GroupWalk groups(box, start - dstPhase);
   groups.fill();
   const bool whole = groups.ended();
+  // The lists of windows inside the image, for each slot that they may begin with, if all of them fit.
+  const uint8_t *list[mostRows], *others[2][mostRows];
+  const bool listed = whole && (ptrdiff_t)groups.rowCount * window.slots <= mostRows;
+  for (int32_t i = 0; listed && i < groups.rowCount * window.slots; ++i) {
+    const int32_t k = i % groups.rowCount, slot = (i / groups.rowCount + groups.maskRow[k]) % window.slots;
+    list[i] = ring + slot * rowBytes + groups.byte[k];
+  }
+  BitFold work = {nullptr, 0, {}, groups.shift, 1};
+  uint8_t* dst[2];
   window.forEachRow(
+      listed,
       [&](ptrdiff_t row, ptrdiff_t slot) {
         uint8_t* const staged = ring + slot * rowBytes;
         const uint8_t* const s = source(row);
@@ -125,11 +134,18 @@ void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slot
         setBits(staged, runBit + span.run, span.behind, bitAt(s, (ptrdiff_t)call.srcBit + call.roi.width - 1));
       },
       [&](ptrdiff_t i, ptrdiff_t, ptrdiff_t slot) { slots[i] = ring + slot * rowBytes; },
-      [&](ptrdiff_t y) {
-        uint8_t* const dst = result(y) + ((call.dstBit + first) >> 3);
+      [&](ptrdiff_t y, ptrdiff_t slot) {
+        const bool second = whole && y % 2 == 1;
+        dst[second] = result(y) + ((call.dstBit + first) >> 3);
         for (bool more = false;; more = true) {
-          for (int32_t k = 0; k < groups.rowCount; ++k) list[k] = slots[groups.maskRow[k]] + groups.byte[k];
-          fold({groups.group, groups.groupCount, list, groups.shift}, dst, dstPhase, width, more);
+          work.rows[second] = others[second];
+          if (slot >= 0) work.rows[second] = list + slot * groups.rowCount;
+          else
+            for (int32_t k = 0; k < groups.rowCount; ++k) others[second][k] = slots[groups.maskRow[k]] + groups.byte[k];
+          // Results go in pairs, but for the last row, and for masks that are folded piece by piece.
+          if (whole && !second && y + 1 < call.roi.height) return;
+          work.groups = groups.group, work.groupCount = groups.groupCount, work.results = 1 + second;
+          fold(work, dst, dstPhase, width, more);
           if (groups.ended()) break;
           groups.fill();
         }
@@ -174,10 +190,9 @@ void BitFolder::run() const {
   Scratch scratch{call.scratch};
   const auto** slots = scratch.take<const uint8_t*>(box.rows, alignof(uint8_t*));
   uint8_t* const ring = scratch.take<uint8_t>(0, (uintptr_t)alignment);
-  const uint8_t* list[mostRows];
   for (ptrdiff_t x = 0, next; x < width; x = next) {
     next = x == 0 && strip < width && toByte > 0 ? toByte : x + strip;
-    foldStrip(x, (next < width ? next : width) - x, slots, list, ring, rowBytes);
+    foldStrip(x, (next < width ? next : width) - x, slots, ring, rowBytes);
   }
 }
 
@@ -193,7 +208,7 @@ void ORV_VARIANT::foldBitsUnderMask(const BitMaskFold& call, const OrvMorphState
   BitFolder{call,
             box,
             foldBitsOf(call.dilate),
-            {call.roi.height, box.top, box.rows, box.rows + 1, (call.sides & orvBorderInMemTop) != 0,
+            {call.roi.height, box.top, box.rows, 1, box.rows + 2, (call.sides & orvBorderInMemTop) != 0,
              (call.sides & orvBorderInMemBottom) != 0}}
       .run();
 }

@@ -47,94 +47,107 @@ HWY_INLINE hn::Vec512<uint64_t> NextWords(hn::Vec512<uint64_t> a, hn::Vec512<uin
 }
 #endif
 
-// out[n] = the fold of the bits from byte k + n vectors on, in words of 64. A word takes the bits that a shift moves in
-// from the next word; behind the last vector just that word is read.
-template <bool dilate, int N, class D>
-HWY_INLINE void WordsAt(D d, const BitFold& f, ptrdiff_t k, hn::VFromD<D>* out) {
+// out[r][n] = the fold of row r of the results in the bits from byte k + n vectors on, in words of 64. A word takes the
+// bits that a shift moves in from the next word; behind the last vector just that word is read.
+template <bool dilate, int R, int N, class D>
+HWY_INLINE void WordsAt(D d, const BitFold& f, ptrdiff_t k, hn::VFromD<D> (*out)[N]) {
   const hn::Simd<uint64_t, 1, 0> one;
   const ptrdiff_t bytes = 8 * (ptrdiff_t)hn::MaxLanes(D());
-  Repeat<N>(EACH(n) { out[n] = hn::Set(d, dilate ? 0 : ~(uint64_t)0); });
+  Repeat<R>(EACH(r) { Repeat<N>(EACH(n) { out[r][n] = hn::Set(d, dilate ? 0 : ~(uint64_t)0); }); });
   for (const BitGroup *g = f.groups, *end = g + f.groupCount; g < end; ++g) {
-    const uint8_t* const* rows = f.rows + g->firstRow;
-    hn::VFromD<D> here[N + 1];
-    const uint8_t* row = rows[0] + k;
-    Repeat<N>(EACH(n) { here[n] = LoadWords(d, row + n * bytes); });
-    auto behind = LoadWords(one, row + N * bytes);
-    for (int32_t i = 1; i < g->rowCount; ++i) {
-      row = rows[i] + k;
-      Repeat<N>(EACH(n) { here[n] = FoldWords<dilate>(here[n], LoadWords(d, row + n * bytes)); });
-      behind = FoldWords<dilate>(behind, LoadWords(one, row + N * bytes));
-    }
-    here[N] = FirstWord(d, behind);
-    hn::VFromD<D> next[N];
-    Repeat<N>(EACH(n) { next[n] = NextWords(here[n], here[n + 1]); });
+    hn::VFromD<D> here[R][N], next[R][N];
+    Repeat<R>(EACH(r) {
+      const uint8_t* const* rows = f.rows[r] + g->firstRow;
+      const uint8_t* row = rows[0] + k;
+      Repeat<N>(EACH(n) { here[r][n] = LoadWords(d, row + n * bytes); });
+      auto behind = LoadWords(one, row + N * bytes);
+      for (int32_t i = 1; i < g->rowCount; ++i) {
+        row = rows[i] + k;
+        Repeat<N>(EACH(n) { here[r][n] = FoldWords<dilate>(here[r][n], LoadWords(d, row + n * bytes)); });
+        behind = FoldWords<dilate>(behind, LoadWords(one, row + N * bytes));
+      }
+      Repeat<N - 1>(EACH(n) { next[r][n] = NextWords(here[r][n], here[r][n + 1]); });
+      next[r][N - 1] = NextWords(here[r][N - 1], FirstWord(d, behind));
+    });
     const uint8_t* const shifts = f.shifts + g->firstShift;
     for (int32_t i = 0; i < g->shiftCount; ++i) {
       const int shift = shifts[i];
-      Repeat<N>(EACH(n) {
-        const auto moved = hn::Or(hn::ShiftRightSame(here[n], shift), hn::ShiftLeftSame(next[n], 64 - shift));
-        out[n] = FoldWords<dilate>(out[n], moved);
+      Repeat<R>(EACH(r) {
+        Repeat<N>(EACH(n) {
+          const auto moved = hn::Or(hn::ShiftRightSame(here[r][n], shift), hn::ShiftLeftSame(next[r][n], 64 - shift));
+          out[r][n] = FoldWords<dilate>(out[r][n], moved);
+        });
       });
     }
   }
 }
 
 // Takes the fold of the bytes from k on into dst there.
-template <bool dilate, int N, class D>
-HWY_INLINE void FoldInto(D d, const BitFold& f, uint8_t* dst, ptrdiff_t k, bool combine) {
+template <bool dilate, int R, int N, class D>
+HWY_INLINE void FoldInto(D d, const BitFold& f, uint8_t* const* dst, ptrdiff_t k, bool combine) {
   const ptrdiff_t bytes = 8 * (ptrdiff_t)hn::MaxLanes(D());
-  hn::VFromD<D> words[N];
-  WordsAt<dilate, N>(d, f, k, words);
-  if (combine) Repeat<N>(EACH(n) { words[n] = FoldWords<dilate>(words[n], LoadWords(d, dst + k + n * bytes)); });
-  Repeat<N>(EACH(n) { hn::StoreU(words[n], d, (uint64_t*)(void*)(dst + k + n * bytes)); });
+  hn::VFromD<D> words[R][N];
+  WordsAt<dilate, R, N>(d, f, k, words);
+  Repeat<R>(EACH(r) {
+    uint8_t* const to = dst[r] + k;
+    if (combine) Repeat<N>(EACH(n) { words[r][n] = FoldWords<dilate>(words[r][n], LoadWords(d, to + n * bytes)); });
+    Repeat<N>(EACH(n) { hn::StoreU(words[r][n], d, (uint64_t*)(void*)(to + n * bytes)); });
+  });
 }
 
 // The first `bytes` bytes, by the largest vectors that fit into them, two at a time; the last ones overlap their
 // predecessors, since no row lies in dst and a fold may be taken in twice.
-template <bool dilate, int Lanes>
-HWY_INLINE void FoldBytes(const BitFold& f, uint8_t* dst, ptrdiff_t bytes, bool combine) {
+template <bool dilate, int R, int Lanes>
+HWY_INLINE void FoldBytes(const BitFold& f, uint8_t* const* dst, ptrdiff_t bytes, bool combine) {
   constexpr ptrdiff_t one = 8 * Lanes, two = 2 * one;
   const hn::Simd<uint64_t, Lanes, 0> d;
   if (bytes >= two) {
-    for (ptrdiff_t k = 0; k + two <= bytes; k += two) FoldInto<dilate, 2>(d, f, dst, k, combine);
-    const ptrdiff_t rest = bytes % two;
-    if (rest > one) FoldInto<dilate, 2>(d, f, dst, bytes - two, combine);
-    else if (rest > 0) FoldInto<dilate, 1>(d, f, dst, bytes - one, combine);
+    for (ptrdiff_t k = 0; k < bytes; k += two)
+      FoldInto<dilate, R, 2>(d, f, dst, k < bytes - two ? k : bytes - two, combine);
   } else if constexpr (Lanes > 1) {
-    FoldBytes<dilate, Lanes / 2>(f, dst, bytes, combine);
+    FoldBytes<dilate, R, Lanes / 2>(f, dst, bytes, combine);
   } else {
-    uint8_t word[16];
-    FoldInto<dilate, 1>(d, f, word, 0, false), FoldInto<dilate, 1>(d, f, word, 8, false);
-    for (ptrdiff_t k = 0; k < bytes; ++k) dst[k] = combine ? FoldWords<dilate>(word[k], dst[k]) : word[k];
+    uint8_t words[R][16];
+    uint8_t* word[R];
+    Repeat<R>(EACH(r) { word[r] = words[r]; });
+    FoldInto<dilate, R, 2>(d, f, word, 0, false);
+    for (int r = 0; r < R; ++r)
+      for (ptrdiff_t k = 0; k < bytes; ++k) dst[r][k] = combine ? FoldWords<dilate>(word[r][k], dst[r][k]) : word[r][k];
   }
 }
 
 // Whole bytes are folded; the bits beside the region are put back then.
-template <bool dilate>
-HWY_INLINE void FoldRow(const BitFold& f, uint8_t* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
+template <bool dilate, int R>
+HWY_INLINE void FoldRows(const BitFold& f, uint8_t* const* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
   const ptrdiff_t end = firstBit + bits, last = (end - 1) >> 3;
-  const uint32_t head = 0xFFu << firstBit & 0xFF, tail = 0xFFu >> (-end & 7);
-  const uint8_t atHead = dst[0], atTail = dst[last];
-  FoldBytes<dilate, HWY_MAX_BYTES / 8>(f, dst, last + 1, combine);
-  if (last == 0) {
-    dst[0] = (uint8_t)((atHead & ~(head & tail)) | (dst[0] & head & tail));
-  } else {
-    dst[0] = (uint8_t)((atHead & ~head) | (dst[0] & head));
-    dst[last] = (uint8_t)((atTail & ~tail) | (dst[last] & tail));
-  }
+  uint32_t head = 0xFFu << firstBit & 0xFF;
+  const uint32_t tail = 0xFFu >> (-end & 7);
+  if (last == 0) head &= tail;
+  uint8_t atHead[R], atTail[R];
+  Repeat<R>(EACH(r) { atHead[r] = dst[r][0], atTail[r] = dst[r][last]; });
+  FoldBytes<dilate, R, HWY_MAX_BYTES / 8>(f, dst, last + 1, combine);
+  Repeat<R>(EACH(r) {
+    dst[r][0] = (uint8_t)((atHead[r] & ~head) | (dst[r][0] & head));
+    if (last > 0) dst[r][last] = (uint8_t)((atTail[r] & ~tail) | (dst[r][last] & tail));
+  });
 }
 
-void AndRow(const BitFold& f, uint8_t* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
-  FoldRow<false>(f, dst, firstBit, bits, combine);
+template <bool dilate>
+HWY_INLINE void FoldOneOrTwo(const BitFold& f, uint8_t* const* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
+  if (f.results == 2) FoldRows<dilate, 2>(f, dst, firstBit, bits, combine);
+  else FoldRows<dilate, 1>(f, dst, firstBit, bits, combine);
 }
-void OrRow(const BitFold& f, uint8_t* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
-  FoldRow<true>(f, dst, firstBit, bits, combine);
+void AndRows(const BitFold& f, uint8_t* const* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
+  FoldOneOrTwo<false>(f, dst, firstBit, bits, combine);
+}
+void OrRows(const BitFold& f, uint8_t* const* dst, int32_t firstBit, ptrdiff_t bits, bool combine) {
+  FoldOneOrTwo<true>(f, dst, firstBit, bits, combine);
 }
 
 KERNELS_END
 
 #if HWY_ONCE
 
-FoldBits ORV_VARIANT::foldBitsOf(bool dilate) { return dilate ? WIDEST(OrRow) : WIDEST(AndRow); }
+FoldBits ORV_VARIANT::foldBitsOf(bool dilate) { return dilate ? WIDEST(OrRows) : WIDEST(AndRows); }
 
 #endif

@@ -68,6 +68,7 @@ struct Folder {
         window{c.roi.height,
                box.top,
                box.rows,
+               0,
                box.rows,
                (c.sides & orvBorderInMemTop) != 0,
                (c.sides & orvBorderInMemBottom) != 0},
@@ -159,6 +160,7 @@ void Folder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** bases, 
   const uint8_t* list[mostEntries + 1];
 
   window.forEachRow(
+      false,
       [&](ptrdiff_t row, ptrdiff_t slot) {
         uint8_t* const held = ring + slot * slotBytes;
         if (staged) stageRow(row, span, held);
@@ -169,7 +171,7 @@ void Folder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** bases, 
         bases[2 * i] = staged ? held : pixel(from, row);
         bases[2 * i + 1] = held + staged * lineBytes;
       },
-      [&](ptrdiff_t y) {
+      [&](ptrdiff_t y, ptrdiff_t) {
         uint8_t* const dst = result(first, y);
         for (bool more = false;; more = true) {
           ptrdiff_t n = 0;
