@@ -16,7 +16,7 @@ struct BitGroup {
 struct BitFold {
   const BitGroup* groups;
   int32_t groupCount;
-  const uint8_t* const* rows;  // byte 0 of each row of each group; 8 bytes are read beyond the bits that count
+  const uint8_t* const* rows;  // byte 0 of each row of each group; up to 24 bytes are read beyond the last that counts
   const uint8_t* shifts;
 };
 

@@ -1,9 +1,8 @@
 // Erosion and dilation with a weight for each position of the mask.
 //
 // Theory. A row of the result is folded in blocks of columns, mask row by mask row, into a block of sums on the stack.
-// Where all windows of a block lie inside the image, all positions of a mask row are folded at once; at the sides of
-// the image each position by itself, with the row's end pixel for the columns beyond. Bytes are summed in 16 bits if no
-// weight can leave them, else in 32.
+// Where all windows of a block lie inside the image, they are read in place; at the sides of the image from a copy that
+// goes on with the row's end pixels. Bytes are summed in 16 bits if no weight can leave them, else in 32.
 //
 // One body serves both variants.
 #undef HWY_TARGET_INCLUDE
@@ -98,18 +97,17 @@ struct GrayFold {
   GrayKernels<T, W, S> kernels;
   S start;
 
-  // Folds what one position gives to columns first .. end - 1.
-  void addPosition(S* sums, const T* row, ptrdiff_t first, ptrdiff_t end, ptrdiff_t shift, const W* weight) const {
-    const auto clamp = [&](ptrdiff_t x) { return x < first ? first : x > end ? end : x; };
-    const ptrdiff_t inside = clamp(-shift), beyond = clamp(roi.width - shift);
-    T same[blockColumns];
-    const auto repeat = [&](ptrdiff_t from, ptrdiff_t to, T value) {
-      for (ptrdiff_t x = from; x < to; ++x) same[x - from] = value;
-      if (from < to) kernels.add(sums + from - first, same, to - from, weight, 1);
-    };
-    repeat(first, inside, *loose(row));
-    if (inside < beyond) kernels.add(sums + inside - first, row + inside + shift, beyond - inside, weight, 1);
-    repeat(beyond > inside ? beyond : inside, end, loose(row)[roi.width - 1]);
+  // Folds positions of a mask row where windows may reach beyond the row's ends; the first one starts at `from`.
+  void addAtSide(S* sums, const T* row, ptrdiff_t from, ptrdiff_t n, const W* weights, ptrdiff_t count) const {
+    T extended[2 * blockColumns];
+    const ptrdiff_t end = from + n + count - 1;
+    const ptrdiff_t left = from < 0 ? (end < 0 ? end : 0) - from : 0;
+    const ptrdiff_t right = end > roi.width ? end - (from > roi.width ? from : roi.width) : 0;
+    const ptrdiff_t inside = n + count - 1 - left - right;
+    for (ptrdiff_t x = 0; x < left; ++x) extended[x] = *loose(row);
+    if (inside > 0) memcpy(extended + left, (const void*)(row + from + left), (size_t)inside * sizeof(T));
+    for (ptrdiff_t x = left + inside; x < left + inside + right; ++x) extended[x] = loose(row)[roi.width - 1];
+    kernels.add(sums, extended, n, weights, count);
   }
 
   void foldBlock(ptrdiff_t y, ptrdiff_t first, ptrdiff_t end) const {
@@ -124,19 +122,22 @@ struct GrayFold {
         kernels.add(sums, line + first - mask.anchorX, end - first, weights, mask.maskWidth);
         continue;
       }
-      for (ptrdiff_t j = 0; j < mask.maskWidth; ++j) addPosition(sums, line, first, end, j - mask.anchorX, weights + j);
+      for (ptrdiff_t j = 0; j < mask.maskWidth; j += blockColumns)
+        addAtSide(sums, line, first + j - mask.anchorX, end - first, weights + j,
+                  mask.maskWidth - j < blockColumns ? mask.maskWidth - j : blockColumns);
     }
     kernels.store(sums, raw(dst.row(y)) + first, end - first);
   }
 
-  // The columns at the sides in blocks of their own.
+  // The columns at the sides in blocks of their own, where there are enough between them.
   void run() const {
-    const ptrdiff_t right = roi.width - (mask.maskWidth - mask.anchorX - 1);
+    const ptrdiff_t left = mask.anchorX, right = roi.width - (mask.maskWidth - mask.anchorX - 1);
+    const bool apart = right - left > blockColumns / 4;
     for (ptrdiff_t y = 0; y < roi.height; ++y)
       for (ptrdiff_t first = 0, end; first < roi.width; first = end) {
         end = first + blockColumns < roi.width ? first + blockColumns : roi.width;
-        if (first < mask.anchorX && mask.anchorX < end) end = mask.anchorX;
-        if (first < right && right < end) end = right;
+        if (apart && first < left && left < end) end = left;
+        if (apart && first < right && right < end) end = right;
         foldBlock(y, first, end);
       }
   }

@@ -1,4 +1,4 @@
-// Records built with memory of the library.
+// Records that the library builds with memory of its own.
 //
 // One body serves both variants.
 #include "morph/morph_alloc.h"
@@ -12,11 +12,11 @@ OrvStatus ORV_VARIANT::initMorphState(const MorphSetup& setup, OrvMorphState* bl
   return orvStatusOk;
 }
 
-OrvStatus ORV_VARIANT::allocMorphState(const MorphSetup& setup, OrvMorphState** state) {
+OrvMorphState* ORV_VARIANT::allocateMorphState(const MorphSetup& setup) {
   uint8_t* const block = orvsMalloc_8u(morphStateBytes(setup.dataType, setup.channels, setup.roiWidth, setup.maskSize));
-  ORV_REQUIRE(block != nullptr, orvStatusNoMem);
-  const OrvStatus status = initMorphState(setup, (OrvMorphState*)(void*)block);
-  if (status != orvStatusOk) orvsFree(block);
-  else *state = (OrvMorphState*)(void*)block;
-  return status;
+  if (!block) return nullptr;
+  auto* const state = (OrvMorphState*)(void*)block;
+  if (initMorphState(setup, state) == orvStatusOk) return state;
+  orvsFree(block);
+  return nullptr;
 }

@@ -20,13 +20,32 @@ OrvStatus reportSize(int32_t dataType, int32_t channels, int32_t roiWidth, const
   return orvStatusOk;
 }
 
-// `state` is the block to build in, or where to store an allocated one.
-template <class State>
-OrvStatus build(OrvStatus (*make)(const MorphSetup&, State), const MorphSetup& setup, State state) {
-  ORV_REQUIRE(allSet(setup.mask, state), orvStatusNullPtr);
+// The record of this family: its anchor is told, its shapes are counted from no violation, and a rectangle's record
+// speaks of its box.
+MorphSetup setupOf(int32_t dataType, int32_t channels, int32_t roiWidth, const uint8_t* mask, OrvSize maskSize,
+                   OrvPoint anchor) {
+  return {dataType, channels, roiWidth, maskSize, mask, anchor, 0, true};
+}
+
+OrvStatus checkSetup(const MorphSetup& setup, const void* state) {
+  ORV_REQUIRE(setup.mask != nullptr && state != nullptr, orvStatusNullPtr);
   ORV_REQUIRE(validSizes(setup.roiWidth, setup.maskSize), orvStatusSize);
   ORV_REQUIRE(validAnchor(setup.anchor, setup.maskSize), orvStatusAnchor);
-  return make(setup, state);
+  return orvStatusOk;
+}
+
+OrvStatus init(const MorphSetup& setup, OrvMorphState* state) {
+  const OrvStatus status = checkSetup(setup, (const void*)state);
+  return status == orvStatusOk ? initMorphState(setup, state) : status;
+}
+
+OrvStatus initAlloc(const MorphSetup& setup, OrvMorphState** state) {
+  const OrvStatus status = checkSetup(setup, (const void*)state);
+  ORV_REQUIRE(status == orvStatusOk, status);
+  OrvMorphState* const record = allocateMorphState(setup);
+  ORV_REQUIRE(record != nullptr, orvStatusNoMem);
+  *state = record;
+  return orvStatusOk;
 }
 
 template <class T>
@@ -54,11 +73,11 @@ OrvStatus filter(const MorphCall<T>& call, int32_t channels, const OrvMorphState
   }                                                                                                                  \
   OrvStatus orviMorphologyInit_##tag(int32_t roiWidth, const uint8_t* mask, OrvSize maskSize, OrvPoint anchor,       \
                                      OrvMorphState* state) {                                                         \
-    return build(initMorphState, replicateSetup(type, C, roiWidth, mask, maskSize, anchor), state);                  \
+    return init(setupOf(type, C, roiWidth, mask, maskSize, anchor), state);                                          \
   }                                                                                                                  \
   OrvStatus orviMorphologyInitAlloc_##tag(int32_t roiWidth, const uint8_t* mask, OrvSize maskSize, OrvPoint anchor,  \
                                           OrvMorphState** state) {                                                   \
-    return build(allocMorphState, replicateSetup(type, C, roiWidth, mask, maskSize, anchor), state);                 \
+    return initAlloc(setupOf(type, C, roiWidth, mask, maskSize, anchor), state);                                     \
   }                                                                                                                  \
   OrvStatus orviErodeBorderReplicate_##tag(const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roiSize,  \
                                            OrvBorderType borderType, OrvMorphState* state) {                         \
