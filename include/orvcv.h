@@ -22,4 +22,6 @@
 #include "orvcv/filter_fixed.h"
 #include "orvcv/morphology.h"
 #include "orvcv/rank_filter.h"
+#include "orvcv/morphology_replicate.h"
+#include "orvcv/reconstruct.h"
 #endif
