@@ -98,4 +98,32 @@ bool addBits(const char* maskName, const Mask& mask) {
 const bool bitLines[] = {addBits("full:3", full(3)), addBits("cross:3", cross(3)), addBits("disc:5", disc(5)),
                          addBits("full:15", full(15))};
 
+// Opening, closing and their differences.
+template <class T>
+using PairFilter = OrvStatus (*)(const T*, int32_t, T*, int32_t, OrvSize, OrvBorderType, T, OrvMorphAdvState*,
+                                 uint8_t*);
+
+template <class T, class Size, class Init>
+bool addPair(const char* name, int channels, PairFilter<T> filter, Size size, Init init) {
+  return bench::add(std::string(name) + "/full:3", {(int)sizeof(T) * channels}, [=](const bench::Frame& f) {
+    auto src = f.image<T>(channels), dst = f.image<T>(channels);
+    int32_t stateBytes = 0, bufferBytes = 0;
+    size(f.roi, {3, 3}, &stateBytes, &bufferBytes);
+    const auto state = f.scratch(stateBytes), buffer = f.scratch(bufferBytes);
+    auto* const record = (OrvMorphAdvState*)(void*)state.get();
+    init(f.roi, full(3).data(), {3, 3}, record, buffer.get());
+    return [=, hold = state] {
+      filter(src.data, src.step, dst.data, dst.step, f.roi, orvBorderRepl, T(), record, buffer.get());
+    };
+  });
+}
+#define PAIR(name, tag, T, C)                                                                               \
+  addPair<T>("orviMorph" #name "Border_" #tag, C, orviMorph##name##Border_##tag, orviMorphAdvGetSize_##tag, \
+             orviMorphAdvInit_##tag)
+const bool pairLines[] = {
+    PAIR(Open, 8u_C1R, uint8_t, 1),       PAIR(Close, 8u_C1R, uint8_t, 1),    PAIR(Tophat, 8u_C1R, uint8_t, 1),
+    PAIR(Blackhat, 8u_C1R, uint8_t, 1),   PAIR(Gradient, 8u_C1R, uint8_t, 1), PAIR(Gradient, 8u_C3R, uint8_t, 3),
+    PAIR(Gradient, 16u_C1R, uint16_t, 1), PAIR(Open, 16s_C1R, int16_t, 1),    PAIR(Gradient, 32f_C1R, float, 1),
+};
+
 }  // namespace

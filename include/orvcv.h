@@ -22,6 +22,7 @@
 #include "orvcv/filter_fixed.h"
 #include "orvcv/morphology.h"
 #include "orvcv/rank_filter.h"
+#include "orvcv/morphology_replicate.h"
 #include "orvcv/reconstruct.h"
 #include "orvcv/segmentation.h"
 #include "orvcv/flood_fill.h"

@@ -9,6 +9,7 @@
 #include "derivatives.h"
 #include "frames.h"
 #include "gaussian.h"
+#include "morphology.h"
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
@@ -172,6 +173,7 @@ void run(const std::string& directory, const std::string& path) {
   showDerivatives(sheet, gray);
   showCorners(sheet, gray);
   showStatistics(sheet, photo, gray);
+  showMorphology(sheet);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 

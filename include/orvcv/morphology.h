@@ -219,6 +219,28 @@ OrvStatus orviMorphAdvInit_32f_C3R(OrvSize roiSize, const uint8_t* mask, OrvSize
 OrvStatus orviMorphAdvInit_32f_C4R(OrvSize roiSize, const uint8_t* mask, OrvSize maskSize, OrvMorphAdvState* state,
                                    uint8_t* buffer);
 
+/* Prepares both masks in memory of the library's own, with any anchor inside the mask; orviMorphAdvFree releases it.
+ * Both are made for roiSize.width pixels a row. A rectangle is kept as its box alone: maskWidth, maskHeight and the
+ * anchor of its record are those of the box. The intermediate image has roiSize.height rows of (roiSize.width + 31) &
+ * ~31 bytes, whatever a pixel takes; filters refuse regions that need more, so those of larger pixels, or with sides in
+ * memory, must be smaller than roiSize.
+ * Returns, in order: orvStatusNullPtr (state, mask), orvStatusSize (region or mask), orvStatusAnchor, orvStatusNoMem.
+ */
+OrvStatus orviMorphAdvInitAlloc_8u_C1R(OrvMorphAdvState** state, OrvSize roiSize, const uint8_t* mask, OrvSize maskSize,
+                                       OrvPoint anchor);
+OrvStatus orviMorphAdvInitAlloc_8u_C3R(OrvMorphAdvState** state, OrvSize roiSize, const uint8_t* mask, OrvSize maskSize,
+                                       OrvPoint anchor);
+OrvStatus orviMorphAdvInitAlloc_8u_C4R(OrvMorphAdvState** state, OrvSize roiSize, const uint8_t* mask, OrvSize maskSize,
+                                       OrvPoint anchor);
+OrvStatus orviMorphAdvInitAlloc_32f_C1R(OrvMorphAdvState** state, OrvSize roiSize, const uint8_t* mask,
+                                        OrvSize maskSize, OrvPoint anchor);
+OrvStatus orviMorphAdvInitAlloc_32f_C3R(OrvMorphAdvState** state, OrvSize roiSize, const uint8_t* mask,
+                                        OrvSize maskSize, OrvPoint anchor);
+OrvStatus orviMorphAdvInitAlloc_32f_C4R(OrvMorphAdvState** state, OrvSize roiSize, const uint8_t* mask,
+                                        OrvSize maskSize, OrvPoint anchor);
+/* Returns orvStatusNullPtr if state is null. */
+OrvStatus orviMorphAdvFree(OrvMorphAdvState* state);
+
 /* Opening: erosion, then dilation under the turned mask. Closing: dilation, then erosion under the turned mask. Sides
  * that aren't in memory are repeated in each of the two: in the second it is the filtered image whose border is
  * repeated. Beyond sides in memory the first fold goes on as far as the second reads, so with all four of them the

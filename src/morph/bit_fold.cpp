@@ -10,7 +10,7 @@
 
 namespace {
 
-enum : int32_t { mostGroups = 64, mostRows = 512, mostShifts = 256, rowPadding = 32, rowAlignment = 16 };
+enum : int32_t { mostGroups = 64, mostRows = 512, mostShifts = 256, rowPadding = 32 };
 
 // The groups of a mask, or as many as fit at a time.
 struct GroupWalk {
@@ -70,13 +70,13 @@ struct GroupWalk {
   }
 };
 
-// Sets `count` bits from bit `first` on; up to 8 bytes behind them are read and written back.
-void setBits(uint8_t* row, ptrdiff_t first, ptrdiff_t count, uint32_t value) {
+// Sets `count` bits from bit `first` on to a value; up to 8 bytes behind them are read and written back.
+inline void setBits(uint8_t* row, ptrdiff_t first, ptrdiff_t count, uint32_t value) {
   for (; count > 0; first += 56, count -= 56) {
     const uint64_t mask = ((1ull << (count < 56 ? count : 56)) - 1) << (first & 7);
     uint64_t word;
     memcpy(&word, row + (first >> 3), 8);
-    word = value ? word | mask : word & ~mask;
+    word = (word & ~mask) | (mask & (0 - (uint64_t)value));
     memcpy(row + (first >> 3), &word, 8);
   }
 }
@@ -91,30 +91,41 @@ struct BitFolder {
 
   const uint8_t* source(ptrdiff_t y) const { return raw(Plane<const uint8_t>{call.src, call.srcStep}.row(y)); }
   uint8_t* result(ptrdiff_t y) const { return raw(Plane<uint8_t>{call.dst, call.dstStep}.row(y)); }
-  ptrdiff_t rowBytesFor(ptrdiff_t width) const {
-    return (((15 + width + box.columns) >> 3) + rowPadding + rowAlignment - 1) & -(ptrdiff_t)rowAlignment;
+  // Rows at multiples of a cache line, if the scratch memory is large enough for all of the width, else of 8 bytes.
+  ptrdiff_t rowBytesFor(ptrdiff_t width, ptrdiff_t alignment) const {
+    return (((15 + width + box.columns) >> 3) + rowPadding + alignment - 1) & -alignment;
   }
 
-  void foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, const uint8_t** list, uint8_t* ring) const;
+  void foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, uint8_t* ring, ptrdiff_t rowBytes) const;
   void foldPixels() const;
   void run() const;
 };
 
 // Pixels first .. first + width - 1 of each row. `first` is 0 or begins a byte of the destination.
-void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, const uint8_t** list,
-                          uint8_t* ring) const {
+void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slots, uint8_t* ring,
+                          ptrdiff_t rowBytes) const {
   const bool left = call.sides & orvBorderInMemLeft, right = call.sides & orvBorderInMemRight;
   const WindowSpan span = splitWindow(first + box.left, width + box.columns - 1, call.roi.width, left, right);
   const int32_t dstPhase = (int32_t)((call.dstBit + first) & 7);
   // The bit of a staged row at which its first pixel stands: in the phase of the source, not below the destination's.
   const ptrdiff_t phase = (call.srcBit + span.p) & 7, start = phase < dstPhase ? phase + 8 : phase;
   const ptrdiff_t runBit = start + span.before, sourceBit = call.srcBit + span.p + span.before;
-  const ptrdiff_t runBytes = ((sourceBit + span.run - 1) >> 3) - (sourceBit >> 3) + 1, rowBytes = rowBytesFor(width);
+  const ptrdiff_t runBytes = ((sourceBit + span.run - 1) >> 3) - (sourceBit >> 3) + 1;
 
   GroupWalk groups(box, start - dstPhase);
   groups.fill();
   const bool whole = groups.ended();
+  // The lists of windows inside the image, for each slot that they may begin with, if all of them fit.
+  const uint8_t *list[mostRows], *others[2][mostRows];
+  const bool listed = whole && (ptrdiff_t)groups.rowCount * window.slots <= mostRows;
+  for (int32_t i = 0; listed && i < groups.rowCount * window.slots; ++i) {
+    const int32_t k = i % groups.rowCount, slot = (i / groups.rowCount + groups.maskRow[k]) % window.slots;
+    list[i] = ring + slot * rowBytes + groups.byte[k];
+  }
+  BitFold work = {nullptr, 0, {}, groups.shift, 1};
+  uint8_t* dst[2];
   window.forEachRow(
+      listed,
       [&](ptrdiff_t row, ptrdiff_t slot) {
         uint8_t* const staged = ring + slot * rowBytes;
         const uint8_t* const s = source(row);
@@ -123,11 +134,18 @@ void BitFolder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** slot
         setBits(staged, runBit + span.run, span.behind, bitAt(s, (ptrdiff_t)call.srcBit + call.roi.width - 1));
       },
       [&](ptrdiff_t i, ptrdiff_t, ptrdiff_t slot) { slots[i] = ring + slot * rowBytes; },
-      [&](ptrdiff_t y) {
-        uint8_t* const dst = result(y) + ((call.dstBit + first) >> 3);
+      [&](ptrdiff_t y, ptrdiff_t slot) {
+        const bool second = whole && y % 2 == 1;
+        dst[second] = result(y) + ((call.dstBit + first) >> 3);
         for (bool more = false;; more = true) {
-          for (int32_t k = 0; k < groups.rowCount; ++k) list[k] = slots[groups.maskRow[k]] + groups.byte[k];
-          fold({groups.group, groups.groupCount, list, groups.shift}, dst, dstPhase, width, more);
+          work.rows[second] = others[second];
+          if (slot >= 0) work.rows[second] = list + slot * groups.rowCount;
+          else
+            for (int32_t k = 0; k < groups.rowCount; ++k) others[second][k] = slots[groups.maskRow[k]] + groups.byte[k];
+          // Results go in pairs, but for the last row, and for masks that are folded piece by piece.
+          if (whole && !second && y + 1 < call.roi.height) return;
+          work.groups = groups.group, work.groupCount = groups.groupCount, work.results = 1 + second;
+          fold(work, dst, dstPhase, width, more);
           if (groups.ended()) break;
           groups.fill();
         }
@@ -158,20 +176,23 @@ void BitFolder::foldPixels() const {
 }
 
 void BitFolder::run() const {
-  const ptrdiff_t tableBytes = (box.rows + (ptrdiff_t)sizeof(uint8_t*)) * (ptrdiff_t)sizeof(uint8_t*);
-  const ptrdiff_t bytes = (call.scratchBytes - tableBytes - rowAlignment) / box.rows & -(ptrdiff_t)rowAlignment;
-  // The widest strip that the ring has room for: the inverse of rowBytesFor().
-  ptrdiff_t strip = 8 * (bytes - rowPadding) - 15 - box.columns;
-  if (strip < 8) return foldPixels();
+  const ptrdiff_t width = call.roi.width, toByte = -(ptrdiff_t)call.dstBit & 7;
+  const ptrdiff_t tableBytes = (box.rows + 1) * (ptrdiff_t)sizeof(uint8_t*);
+  ptrdiff_t alignment = 64, rowBytes = rowBytesFor(width, alignment), strip = width;
+  if (tableBytes + alignment + rowBytes * window.slots > call.scratchBytes) {
+    alignment = 8;
+    rowBytes = (call.scratchBytes - tableBytes - alignment) / window.slots & -alignment;
+    // The widest strip that such a row has room for, in whole bytes.
+    const ptrdiff_t most = (8 * (rowBytes - rowPadding) - 15 - box.columns) & -8;
+    if (most < 8) return foldPixels();
+    if (most < strip) strip = most;
+  }
   Scratch scratch{call.scratch};
   const auto** slots = scratch.take<const uint8_t*>(box.rows, alignof(uint8_t*));
-  uint8_t* const ring = scratch.take<uint8_t>(0, rowAlignment);
-  const uint8_t* list[mostRows];
-  const ptrdiff_t width = call.roi.width, toByte = -(ptrdiff_t)call.dstBit & 7;
-  strip &= -8;
+  uint8_t* const ring = scratch.take<uint8_t>(0, (uintptr_t)alignment);
   for (ptrdiff_t x = 0, next; x < width; x = next) {
     next = x == 0 && strip < width && toByte > 0 ? toByte : x + strip;
-    foldStrip(x, (next < width ? next : width) - x, slots, list, ring);
+    foldStrip(x, (next < width ? next : width) - x, slots, ring, rowBytes);
   }
 }
 
@@ -187,7 +208,7 @@ void ORV_VARIANT::foldBitsUnderMask(const BitMaskFold& call, const OrvMorphState
   BitFolder{call,
             box,
             foldBitsOf(call.dilate),
-            {call.roi.height, box.top, box.rows, (call.sides & orvBorderInMemTop) != 0,
+            {call.roi.height, box.top, box.rows, 1, box.rows + 2, (call.sides & orvBorderInMemTop) != 0,
              (call.sides & orvBorderInMemBottom) != 0}}
       .run();
 }

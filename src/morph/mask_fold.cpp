@@ -1,7 +1,7 @@
 // The driver of the fold under a mask: see mask_fold.h.
 #include "morph/mask_fold.h"
 #include "core/scratch.h"
-#include "filter/border.h"
+#include "filter/border_pixels.h"
 #include "filter/copy_window.h"
 #include "morph/fold_lines.h"
 #include "morph/mask_runs.h"
@@ -65,7 +65,12 @@ struct Folder {
       : call(c),
         state(s),
         box(boxOf(s)),
-        window{c.roi.height, box.top, box.rows, (c.sides & orvBorderInMemTop) != 0,
+        window{c.roi.height,
+               box.top,
+               box.rows,
+               0,
+               box.rows,
+               (c.sides & orvBorderInMemTop) != 0,
                (c.sides & orvBorderInMemBottom) != 0},
         fold(foldLinesOf(s.dataType, c.dilate)),
         pixelBytes((ptrdiff_t)s.channels * morphElementBytes(s.dataType)),
@@ -91,25 +96,35 @@ struct Folder {
 
   void run();
   void foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** bases, uint8_t* ring, ptrdiff_t lineBytes) const;
-  void stageRow(ptrdiff_t y, ptrdiff_t first, ptrdiff_t length, uint8_t* dst) const;
+  void stageRow(ptrdiff_t y, const WindowSpan& span, uint8_t* dst) const;
   void makeLines(const uint8_t* row, ptrdiff_t length, uint8_t* dst, ptrdiff_t lineBytes) const;
   void foldPixels() const;
 };
 
-// The pixels first .. first + length - 1 of what stands for a row.
-void Folder::stageRow(ptrdiff_t y, ptrdiff_t first, ptrdiff_t length, uint8_t* dst) const {
-  const OrvSize row = {call.roi.width, 1}, staged = {(int32_t)length, 1};
-  copyWindow({pixel(0, y),
-              call.srcStep,
-              row,
-              dst,
-              call.srcStep,
-              staged,
-              {(int32_t)first, 0},
-              orvBorderRepl,
-              call.sides,
-              nullptr,
-              (int32_t)pixelBytes});
+// Repeats a pixel beyond a side.
+void repeat(uint8_t* dst, const uint8_t* pixel, ptrdiff_t count, ptrdiff_t pixelBytes) {
+  switch (pixelBytes) {
+    case 1:
+      return fillRun<1>(dst, pixel, count);
+    case 2:
+      return fillRun<2>(dst, pixel, count);
+    case 3:
+      return fillRun<3>(dst, pixel, count);
+    case 4:
+      return fillRun<4>(dst, pixel, count);
+    case 12:
+      return fillRun<12>(dst, pixel, count);
+    case 16:
+      return fillRun<16>(dst, pixel, count);
+  }
+}
+
+// What stands for a part of a row.
+void Folder::stageRow(ptrdiff_t y, const WindowSpan& span, uint8_t* dst) const {
+  uint8_t* const run = dst + span.before * pixelBytes;
+  copyRun(run, pixel(span.p + span.before, y), span.run * pixelBytes);
+  repeat(dst, pixel(0, y), span.before, pixelBytes);
+  repeat(run + span.run * pixelBytes, pixel((ptrdiff_t)call.roi.width - 1, y), span.behind, pixelBytes);
 }
 
 // All lines of a row of `length` pixels.
@@ -134,7 +149,9 @@ void Folder::makeLines(const uint8_t* row, ptrdiff_t length, uint8_t* dst, ptrdi
 void Folder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** bases, uint8_t* ring,
                        ptrdiff_t lineBytes) const {
   const ptrdiff_t from = first + box.left, length = width + box.columns - 1;
-  const bool staged = sourceColumn(from) != from || sourceColumn(from + length - 1) != from + length - 1;
+  const WindowSpan span = splitWindow(from, length, call.roi.width, (call.sides & orvBorderInMemLeft) != 0,
+                                      (call.sides & orvBorderInMemRight) != 0);
+  const bool staged = span.run < length;
   const ptrdiff_t slotBytes = (staged + (ptrdiff_t)lines.count) * lineBytes;
   EntryWalk walk{box, lines, lineBytes, pixelBytes};
   Entry entries[mostEntries];
@@ -143,9 +160,10 @@ void Folder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** bases, 
   const uint8_t* list[mostEntries + 1];
 
   window.forEachRow(
+      false,
       [&](ptrdiff_t row, ptrdiff_t slot) {
         uint8_t* const held = ring + slot * slotBytes;
-        if (staged) stageRow(row, from, length, held);
+        if (staged) stageRow(row, span, held);
         makeLines(staged ? held : pixel(from, row), length, held + staged * lineBytes, lineBytes);
       },
       [&](ptrdiff_t i, ptrdiff_t row, ptrdiff_t slot) {
@@ -153,7 +171,7 @@ void Folder::foldStrip(ptrdiff_t first, ptrdiff_t width, const uint8_t** bases, 
         bases[2 * i] = staged ? held : pixel(from, row);
         bases[2 * i + 1] = held + staged * lineBytes;
       },
-      [&](ptrdiff_t y) {
+      [&](ptrdiff_t y, ptrdiff_t) {
         uint8_t* const dst = result(first, y);
         for (bool more = false;; more = true) {
           ptrdiff_t n = 0;

@@ -146,57 +146,9 @@ TEST(record) {
         "equal lengths, unequal places");
 }
 
-namespace {
-
-// The checks of the filters of a family, in their order.
-template <class T>
-void walkMorph(const MorphFamily<T>& family, bool inPlaceRefused) {
-  using A = MorphArguments<T>;
-  Random r(seed());
-  const OrvSize roi = {21, 5}, maskSize = {3, 3};
-  const std::vector<uint8_t> mask(9, 1);
-  int32_t stateBytes, bufferBytes;
-  CHECK(family.size(roi, maskSize, &stateBytes, nullptr) == orvStatusNullPtr);
-  CHECK(family.size({0, 1}, maskSize, nullptr, &bufferBytes) == orvStatusNullPtr);
-  CHECK(family.size({0, 1}, maskSize, &stateBytes, &bufferBytes) == orvStatusSize);
-  CHECK(family.size(roi, {3, 0}, &stateBytes, &bufferBytes) == orvStatusSize);
-  family.size(roi, maskSize, &stateBytes, &bufferBytes);
-  std::vector<uint8_t> state((size_t)stateBytes), buffer((size_t)bufferBytes);
-  CHECK(family.init({0, 1}, nullptr, maskSize, state.data(), buffer.data()) == orvStatusNullPtr);
-  CHECK(family.init({0, 1}, mask.data(), maskSize, nullptr, buffer.data()) == orvStatusNullPtr);
-  CHECK(family.init({0, 1}, mask.data(), maskSize, state.data(), nullptr) == orvStatusNullPtr);
-  CHECK(family.init({0, 1}, mask.data(), maskSize, state.data(), buffer.data()) == orvStatusSize);
-  CHECK(family.init(roi, mask.data(), {0, 3}, state.data(), buffer.data()) == orvStatusSize);
-  family.init(roi, mask.data(), maskSize, state.data(), buffer.data());
-  Image<T> src(r, 40, 5, family.channels), dst(r, 40, 5, family.channels);
-  const int32_t row = family.packed ? 3 : roi.width * family.channels * (int32_t)sizeof(T);
-  std::vector<Check<A>> checks = {
-      {"src", orvStatusNullPtr, [](A& a) { a.src = nullptr; }},
-      {"dst", orvStatusNullPtr, [](A& a) { a.dst = nullptr; }},
-      {"state", orvStatusNullPtr, [](A& a) { a.state = nullptr; }},
-      {"buffer", orvStatusNullPtr, [](A& a) { a.buffer = nullptr; }},
-  };
-  if (family.packed) checks.push_back({"bit offset", orvStatusSize, [](A& a) { a.dstBit = -1; }});
-  checks.push_back({"width", orvStatusSize, [](A& a) { a.roi.width = 0; }});
-  checks.push_back({"height", orvStatusSize, [](A& a) { a.roi.height = 0; }});
-  checks.push_back({"srcStep", orvStatusStep, [=](A& a) { a.srcStep = row - 1; }});
-  checks.push_back({"dstStep", orvStatusStep, [=](A& a) { a.dstStep = row - 1; }});
-  if (sizeof(T) > 1) checks.push_back({"alignment", orvStatusStepAlign, [=](A& a) { a.dstStep = row + 65; }});
-  for (const int kind : {0, 2, 3, 4, 16, 64 + 2, 5})
-    checks.push_back({"border", orvStatusBorder, [=](A& a) { a.border = kind; }});
-  if (!family.packed) checks.push_back({"record", orvStatusSize, [](A& a) { a.roi.width = 22; }});
-  if (inPlaceRefused) checks.push_back({"in place", orvStatusInPlace, [](A& a) { a.dst = (T*)a.src; }});
-  for (const MorphFilter<T>& filter : family.filters) {
-    const Context context(filter.name);
-    walkChecks<A>({src.data(), src.step(), dst.data(), dst.step(), roi, orvBorderRepl, state.data(), buffer.data()},
-                  checks, filter.run, [&] { return dst.unchanged() && src.unchanged(); });
-  }
-}
-
-}  // namespace
-
 TEST(statuses) {
-  walkMorph(bytes1, false), walkMorph(bytes3, false), walkMorph(bytes4, false), walkMorph(bits, true);
-  walkMorph(words, true), walkMorph(shorts, true);
-  walkMorph(floats1, false), walkMorph(floats3, false), walkMorph(floats4, false);
+  const std::vector<Op> both = {Op::erode, Op::dilate};
+  walkMorph(bytes1, true), walkMorph(bytes3, true), walkMorph(bytes4, true), walkMorph(bits, false, both);
+  walkMorph(words, true, both), walkMorph(shorts, true, both);
+  walkMorph(floats1, true), walkMorph(floats3, true), walkMorph(floats4, true);
 }
