@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
+#include "detection.h"
 #include "frames.h"
 #include "gaussian.h"
 #include "orvcore.h"
@@ -166,6 +167,7 @@ void run(const std::string& directory, const std::string& path) {
   showBorders(sheet, photo, gray);
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
+  showDetection(sheet, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV smooths a photograph").c_str());
 }
 
