@@ -1,10 +1,9 @@
 // Trains a cascade.
 //
-//   orvcv_train CASCADE                          on faces that it draws
-//   orvcv_train CASCADE OBJECTS BACKGROUNDS      on the PNG and JPEG files of two directories: in one each picture is
-//   an an
-//                                                object, cut out as a square; in the other none shows any
-//   orvcv_train --scene NUMBER PICTURE           draws a scene with faces to look for instead
+//   orvcv_train CASCADE                        on faces that it draws
+//   orvcv_train CASCADE OBJECTS BACKGROUNDS    on the PNG and JPEG files of two directories: in one, each picture is an
+//                                              object, cut out as a square; in the other, none shows any
+//   orvcv_train --scene NUMBER PICTURE         draws a scene with faces to look for instead
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
