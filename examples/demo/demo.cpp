@@ -1,10 +1,11 @@
-// The demo: smooths a photograph through the public functions and shows what came of it.
+// The demo: works on a photograph through the public functions and shows what came of it.
 //
 //   orvcv_demo DIRECTORY [PNG-or-JPEG]
 #include <stdio.h>
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
+#include "derivatives.h"
 #include "detection.h"
 #include "frames.h"
 #include "gaussian.h"
@@ -12,6 +13,7 @@
 #include "processor.h"
 #include "scene.h"
 #include "sheet.h"
+#include "statistics.h"
 
 using namespace demo;
 
@@ -167,8 +169,10 @@ void run(const std::string& directory, const std::string& path) {
   showBorders(sheet, photo, gray);
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
+  showDerivatives(sheet, gray);
+  showStatistics(sheet, photo, gray);
   showDetection(sheet, gray);
-  printf("\nLook at %s\n", sheet.finish("orvCV smooths a photograph").c_str());
+  printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 
 }  // namespace

@@ -28,6 +28,9 @@ figcaption { padding: 10px 12px 12px; }
 figcaption b { display: block; }
 figcaption p { margin: 2px 0 6px; color: var(--soft); font-size: 13px; line-height: 1.4; }
 code { font: 12px/1.4 ui-monospace, monospace; color: var(--mark); overflow-wrap: anywhere; }
+table { border-collapse: collapse; margin: 8px 0 16px; font-variant-numeric: tabular-nums; }
+th { text-align: left; font-weight: 600; color: var(--soft); font-size: 13px; }
+th, td { padding: 4px 24px 4px 0; border-bottom: 1px solid var(--line); }
 .time { display: block; font-size: 12px; font-variant-numeric: tabular-nums; }
 )";
 
@@ -51,7 +54,7 @@ void Sheet::fact(const std::string& name, const std::string& value) {
 }
 
 void Sheet::section(const std::string& title, const std::string& text) {
-  sections_.push_back({title, text, {}});
+  sections_.push_back({title, text, {}, {}});
   printf("\n%-46s %10s %10s\n", title.c_str(), "ms", "ns/pixel");
 }
 
@@ -66,6 +69,23 @@ void Sheet::picture(const Bytes& image, const std::string& stem, const std::stri
   }
   sections_.back().pictures.push_back(
       {save(image, directory_, stem), title, caption, call, time, image.width, image.height});
+}
+
+void Sheet::table(const std::vector<std::string>& head, const std::vector<std::vector<std::string>>& rows) {
+  std::string& out = sections_.back().tables;
+  const auto row = [&](const std::vector<std::string>& cells, const char* tag) {
+    out += "<tr>";
+    for (const auto& cell : cells) {
+      out += std::string("<") + tag + ">" + escaped(cell) + "</" + tag + ">";
+      printf("%s%-22s", &cell == cells.data() ? "  " : " ", cell.c_str());
+    }
+    out += "</tr>\n";
+    printf("\n");
+  };
+  out += "<table>\n";
+  row(head, "th");
+  for (const auto& cells : rows) row(cells, "td");
+  out += "</table>\n";
 }
 
 std::string Sheet::finish(const std::string& title) {
@@ -87,7 +107,7 @@ std::string Sheet::finish(const std::string& title) {
       if (!p.time.empty()) out << "<span class=\"time\">" << p.time << "</span>";
       out << "</figcaption></figure>\n";
     }
-    out << "</div>\n";
+    out << "</div>\n" << section.tables;
   }
   out << "</main>\n</html>\n";
   if (!out.flush()) throw std::runtime_error(path + ": can't be written");

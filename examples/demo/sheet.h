@@ -16,6 +16,8 @@ class Sheet {
   // Adds a picture; prints its time, if it has one, and notes it in the page. `call` is the function that made it.
   void picture(const Bytes& image, const std::string& stem, const std::string& title, const std::string& caption,
                const std::string& call = "", double seconds = 0);
+  // Adds a table below the pictures of the section; prints it.
+  void table(const std::vector<std::string>& head, const std::vector<std::vector<std::string>>& rows);
   // Writes index.html; returns its path.
   std::string finish(const std::string& title);
 
@@ -27,6 +29,7 @@ class Sheet {
   struct Section {
     std::string title, text;
     std::vector<Picture> pictures;
+    std::string tables;
   };
 
   std::string directory_;

@@ -42,7 +42,7 @@ OrvStatus invoke(RowC3<P, T, D> f, const RowArguments<P, T, D>& a) {
            a.buffer);
 }
 OrvStatus invoke(RowC1Float f, const RowArguments<float, float, float>& a) {
-  const float value = a.borderValue ? *a.borderValue : 0;
+  const float value = a.borderValue ? reference::load(a.borderValue, 0, 0, 0) : 0;
   return f(a.src, a.srcStep, a.dstRows, a.roi, a.kernel, a.kernelSize, a.anchor, a.borderType, value, a.buffer);
 }
 OrvStatus invoke(RowC3Float f, const RowArguments<float, float, float>& a) {
