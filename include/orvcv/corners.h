@@ -87,7 +87,6 @@ OrvStatus orviEigenValsVecsGetBufferSize_32f_C1R(OrvSize roiSize, int32_t apertu
  * Calling thread only. Return, in order: orvStatusNullPtr (src, dst, buffer), orvStatusSize (region),
  * orvStatusStepAlign (steps of float images), orvStatusFilterType, orvStatusMaskSize, orvStatusBorder, orvStatusSize
  * (avgWindow), orvStatusStep (negative), orvStatusInPlace (32f: src is dst). Steps are not measured. */
-enum { orvFilterKernelSobel = 2, orvFilterKernelScharr = 5, orvFilterKernelCentralDiff = 8 };
 
 OrvStatus orviHarrisCorner_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
                                      int32_t filterType, OrvMaskSize maskSize, int32_t avgWindow,
