@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include "corners.h"
 #include "derivatives.h"
+#include "detection.h"
 #include "frames.h"
 #include "gaussian.h"
 #include "morphology.h"
@@ -174,6 +175,7 @@ void run(const std::string& directory, const std::string& path) {
   showCorners(sheet, gray);
   showStatistics(sheet, photo, gray);
   showMorphology(sheet);
+  showDetection(sheet, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 

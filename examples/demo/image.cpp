@@ -29,6 +29,11 @@ std::string save(const Bytes& image, const std::string& directory, const std::st
   return name;
 }
 
+void saveAs(const Bytes& image, const std::string& path) {
+  if (stbi_write_png(path.c_str(), image.width, image.height, image.channels, image.pixels.data(), image.step()) == 0)
+    throw std::runtime_error(path + ": can't be written");
+}
+
 Bytes toGray(const Bytes& colour) {
   Bytes gray(colour.width, colour.height, 1);
   for (size_t i = 0; i < gray.pixels.size(); ++i) {

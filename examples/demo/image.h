@@ -31,6 +31,9 @@ Bytes load(const std::string& path);
 // Writes `directory`/`stem`.png, or .jpg where a PNG would take minutes; returns the file's name.
 std::string save(const Bytes& image, const std::string& directory, const std::string& stem);
 
+// Writes a PNG of that name.
+void saveAs(const Bytes& image, const std::string& path);
+
 // Brightness of a colour image.
 Bytes toGray(const Bytes& colour);
 

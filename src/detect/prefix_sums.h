@@ -1,12 +1,14 @@
 // Sums along a row of bytes or their squares, in 32-bit lanes (read once a width, after core/kernels.h).
 //
 // Theory. Moving lanes is what sums along a row cost, so as much as possible is done within lanes. Four vectors of
-// columns are loaded as one of bytes; a lane holds a group of four neighbouring columns, and groups stand so that
-// block b, lane k has group k * blocks + b. The sums up to each group's end then take few moves, those up to its other
-// columns three subtractions, and a transposition of blocks of 4 x 4 lanes puts all columns into their order:
+// columns are loaded as one of bytes. A lane holds a group of four neighbouring columns; lane k of block b has group
+// k * blocks + b. The sums up to the end of each group take few moves, the others only subtractions, and turning the
+// 4 x 4 lanes of each block puts all of them into their order:
 //
-//   up to column 3 of each group   e - - -      transposed     b c d e | ...    vector 0: first lanes of all blocks
-//   less p3, p3 + p2, ...          d, c, b      ---------->    ...              vector 1: second lanes, and so on
+//   v3 = sum up to p3 of the group      lane k of block b of v0, v1, v2, v3
+//   v2 = v3 - p3                                     |
+//   v1 = v2 - p2                                     v
+//   v0 = v1 - p1                        lanes 0, 1, 2, 3 of block b of vector k
 //
 // The rest of a row is summed a vector at a time. What the columns before add up to comes from a carry of equal lanes;
 // its update is one addition of a total that does not depend on it, so steps follow each other without waiting.
@@ -22,7 +24,7 @@ using Lanes32 = hn::ScalableTag<int32_t>;
 using Vector32 = hn::VFromD<Lanes32>;
 constexpr ptrdiff_t kLanes32 = HWY_MAX_BYTES / 4;
 
-// Adds to each lane the last lane of its own kind in all blocks before.
+// Adds to each lane those at its place in all blocks before.
 HWY_INLINE Vector32 AddBlocksBefore(Vector32 v) {
 #if HWY_TARGET == HWY_AVX2
   v = hn::Add(v, Vector32{_mm256_permute2x128_si256(v.raw, v.raw, 0x08)});  // 0, first block

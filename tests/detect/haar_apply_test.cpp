@@ -157,23 +157,28 @@ TEST(checks) {
   CHECK(steeredLiveAllocations() == 0);
 }
 
-// Features reach beyond the table from every cleared pixel: only what survivors ask for is read.
+// Features reach beyond the table from every cleared pixel, behind its end or before its start: only what survivors ask
+// for is read.
 TEST(clearedMargin) {
   const OrvRect rects[] = {{0, 0, 4, 4}, {4, 4, 4, 4}};
   const int32_t weights[] = {1, -1}, zero = 0, vote = 1, two = 2;
+  constexpr int before = 5, rows = 9;
   OrvHaarClassifier* state;
   orviHaarClassifierInitAlloc_32s(&state, rects, weights, &zero, &vote, &vote, &two, 1);
-  for (int width = 9; width < 90; width += 7) {
-    const Guarded memory((size_t)(width * 9) * 4, true, 0);
-    std::vector<uint8_t> mask((size_t)(width * 9), 0);
-    std::vector<int32_t> norm(mask.size(), 0);
-    std::fill(mask.begin(), mask.begin() + (width - 8), (uint8_t)1);
-    int32_t positive;
-    forEachSetting(false, [&] {
-      orviApplyHaarClassifier_32s_C1RSfs((int32_t*)(void*)memory.data(), width * 4, norm.data(), width * 4, mask.data(),
-                                         width, {width, 9}, &positive, 1, state);
-      CHECK(positive == width - 8, "width %d: %d", width, (int)positive);
-    });
-  }
+  for (int width = 15; width < 90; width += 7)
+    for (const bool atEnd : {true, false}) {
+      const Guarded memory((size_t)(width * rows) * 4, atEnd, 0);
+      std::vector<uint8_t> mask((size_t)(width * rows), 0);
+      std::vector<int32_t> norm(mask.size(), 0);
+      const int first = atEnd ? 0 : before, end = width - 8 + first;
+      std::fill(mask.begin() + first, mask.begin() + end, (uint8_t)1);
+      const auto* table = (const int32_t*)((uintptr_t)memory.data() - (uintptr_t)first * 4);
+      int32_t positive;
+      forEachSetting(false, [&] {
+        orviApplyHaarClassifier_32s_C1RSfs(table, width * 4, norm.data(), width * 4, mask.data(), width,
+                                           {width, atEnd ? rows : 1}, &positive, 1, state);
+        CHECK(positive == end - first, "width %d: %d", width, (int)positive);
+      });
+    }
   orviHaarClassifierFree_32s(state);
 }

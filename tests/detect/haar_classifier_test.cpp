@@ -120,6 +120,8 @@ void refusals(bool tilted) {
   steerFailAllocation(0);
   Arrays<V> a;
   CHECK(make(nullptr, a, tilted) == orvStatusNullPtr);
+  a.rects[2] = {6, 5, 1, 7};  // a tilted one just reaches column -1
+  CHECK(status(a) == orvStatusOk && release<V>(s) == orvStatusOk);
   a.featureCount = 0;
   OrvSize size = {7, 7};
   CHECK(status(a) == orvStatusOk && sizeOf<V>(s, &size) == orvStatusOk && size.width == 0 && size.height == 0);
