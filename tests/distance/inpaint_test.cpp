@@ -97,21 +97,6 @@ TEST(both_methods) {
   CHECK(steeredLiveAllocations() == 0);
 }
 
-// Flat surroundings leave no choice; where no neighbour has weight, the four nearest give their mean.
-TEST(known_values) {
-  const std::vector<float> dist = {0, 0, 0, 0, 1, 0, 0, 0, 0};
-  const std::vector<uint8_t> mask = {0, 0, 0, 0, 1, 0, 0, 0, 0}, flat(9, 77), sides = {0, 0, 0, 100, 5, 50, 0, 0, 0};
-  for (const int method : {0, 1}) {
-    OrvInpaintState* state = nullptr;
-    CHECK(orviInpaintInitAlloc_8u_C1R(&state, dist.data(), 12, mask.data(), 3, {3, 3}, method, 1.f) == orvStatusOk);
-    std::vector<uint8_t> dst(9);
-    CHECK(orviInpaint_8u_C1R(flat.data(), 3, dst.data(), 3, {3, 3}, state) == orvStatusOk && dst == flat);
-    orviInpaint_8u_C1R(sides.data(), 3, dst.data(), 3, {3, 3}, state);
-    if (method == 0) CHECK(dst[4] == 38, "%d", dst[4]);
-    CHECK(orviInpaintFree_8u_C1R(state) == orvStatusOk);
-  }
-}
-
 TEST(refusals) {
   Random r(seed());
   for (const int channels : {1, 3}) {

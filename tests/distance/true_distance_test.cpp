@@ -46,22 +46,13 @@ struct Buffer : Result<uint8_t> {
   OrvSize size{};
 };
 
-struct DrawnMask : ImageRole<uint8_t> {
-  explicit DrawnMask(int maskKind) : ImageRole<uint8_t>(In<uint8_t>()), kind(maskKind) {}
-  void prepare(Random& r, const Shape& shape) {
-    ImageRole<uint8_t>::prepare(r, shape);
-    drawMask(r, *candidate, kind);
-  }
-  int kind;
-};
-
 }  // namespace
 
 TEST(all_contents) {
   const Shape large[] = {{600, 17, true}, {70, 200, true}, {1, 300, true}, {1500, 2, true}, {290, 130, true}};
   for (int kind = 0; kind < maskKinds; ++kind)
     sweep("orviTrueDistanceTransform_8u32f_C1R", orviTrueDistanceTransform_8u32f_C1R, plainDistances, large[kind % 5],
-          DrawnMask(kind), Out<float>(), Roi(), Buffer());
+          Drawn(kind), Out<float>(), Roi(), Buffer());
 }
 
 // Beyond the whole numbers that a float holds the envelope decides, parabola by parabola in single precision.
