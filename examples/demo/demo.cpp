@@ -6,6 +6,7 @@
 #include <exception>
 #include <stdexcept>
 #include "derivatives.h"
+#include "distances.h"
 #include "frames.h"
 #include "gaussian.h"
 #include "orvcore.h"
@@ -170,6 +171,8 @@ void run(const std::string& directory, const std::string& path) {
   showAverages(sheet, photo);
   showDerivatives(sheet, gray);
   showStatistics(sheet, photo, gray);
+  showDistances(sheet);
+  showInpainting(sheet, photo, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 
