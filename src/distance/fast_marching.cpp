@@ -188,14 +188,16 @@ struct Solver {
   void solve(const Front* fronts, int count) const {
     for (int i = 0; i < count; ++i) flagAll(fronts[i]);
     if (count == 1) return settle(fronts[0]);
-    do {
-      if (fronts[0].calm() || fronts[1].calm()) settle(fronts[0]), settle(fronts[1]);
-      else
-        runTeam(2, 2, [&](int32_t first, int32_t rows) {
-          for (int32_t i = first; i < first + rows; ++i) settle(fronts[i]);
-        });
+    // The first round is nearly all of the work; what passes the line later is not worth a team.
+    runTeam(2, 2, [&](int32_t first, int32_t rows) {
+      for (int32_t i = first; i < first + rows; ++i) settle(fronts[i]);
+    });
+    for (;;) {
       settleLine(fronts[0], fronts[1]);
-    } while (!fronts[0].calm() || !fronts[1].calm());
+      if (fronts[0].calm() && fronts[1].calm()) return;
+      settle(fronts[0]);
+      settle(fronts[1]);
+    }
   }
 };
 
