@@ -90,6 +90,7 @@ std::shared_ptr<uint8_t> Frame::scratch(int32_t bytes) const {
 bool add(const std::string& name, Options options, std::function<std::function<void()>(const Frame&)> prepare) {
   std::vector<OrvSize> sizes = {{1, 1}, {16, 16}, {64, 64}, {320, 240}, {1920, 1080}};
   if (options.threads == threaded) sizes.push_back({7680, 4320});
+  if (!options.sizes.empty()) sizes = options.sizes;
   for (const OrvSize roi : sizes)
     for (int threads = 1; threads <= (options.threads == threaded && roi.width >= 1920 ? 2 : 1); ++threads) {
       const std::string line = name + "/" + std::to_string(roi.width) + "x" + std::to_string(roi.height) +

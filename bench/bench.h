@@ -62,8 +62,9 @@ struct Frame {
 enum Threads { single, threaded };
 
 struct Options {
-  int bytesPerPixel;         // of the source image: what memcpy copies
-  Threads threads = single;  // threaded: also lines with two threads, and the largest size
+  int bytesPerPixel;                // of the source image: what memcpy copies
+  Threads threads = single;         // threaded: also lines with two threads, and the largest size
+  std::vector<OrvSize> sizes = {};  // where the usual ones say little
 };
 
 bool add(const std::string& name, Options options, std::function<std::function<void()>(const Frame&)> prepare);

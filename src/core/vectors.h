@@ -36,6 +36,28 @@ HWY_INLINE void VectorGroups(ptrdiff_t first, ptrdiff_t end, const Vector& vecto
 }
 #define VECTOR_GROUP(n, d, x) [&](auto n, auto d, ptrdiff_t x) __attribute__((always_inline))
 
+// vector(Count<1>, d, x) from column x to n, with the largest vectors of at most Lanes that fit into n. The last one
+// overlaps its predecessor, so the results must not lie where the sources do.
+template <class T, int Lanes, class Vector>
+HWY_INLINE void OverlappedVectors(ptrdiff_t x, ptrdiff_t n, const Vector& vector) {
+  if (n >= Lanes) {
+    while (x < n) {
+      const ptrdiff_t last = n - Lanes;
+      vector(Count<1>(), hn::Simd<T, Lanes, 0>(), x < last ? x : last);
+      x += Lanes;
+    }
+  } else if constexpr (Lanes > 1) {
+    OverlappedVectors<T, (Lanes > 4 ? Lanes / 2 : 1)>(x, n, vector);
+  }
+}
+
+// vector(d, x) for 0 <= x < n over lanes of R; the results must not lie where the sources do.
+template <class R, class Vector>
+HWY_INLINE void ForLanes(ptrdiff_t n, const Vector& vector) {
+  const auto one = [&](Count<1>, auto d, ptrdiff_t x) __attribute__((always_inline)) { vector(d, x); };
+  OverlappedVectors<R, HWY_MAX_BYTES / sizeof(R)>(0, n, one);
+}
+
 // Raw conversions. Beyond the range of 32 bits they give -2^31: bound the value from above first, and a saturating
 // narrowing makes the rest right.
 template <size_t N>

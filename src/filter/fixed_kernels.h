@@ -80,13 +80,6 @@ HWY_INLINE hn::VFromD<D> FoldColumns(D d, const R* const* rows, ptrdiff_t x) {
       d, TAP_VECTOR(i) { return LoadLanes(d, rows[i] + x); });
 }
 
-// vector(d, x) for 0 <= x < n over lanes of R; the results must not lie where the sources do.
-template <class R, class Vector>
-HWY_INLINE void ForLanes(ptrdiff_t n, const Vector& vector) {
-  const auto one = [&](Count<1>, auto d, ptrdiff_t x) __attribute__((always_inline)) { vector(d, x); };
-  OverlappedVectors<R, HWY_MAX_BYTES / sizeof(R)>(0, n, one);
-}
-
 template <class K, class T, class R>
 HWY_INLINE void FilterRow(const T* s, R* out, ptrdiff_t n) {
   ForLanes<R>(

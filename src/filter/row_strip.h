@@ -17,21 +17,7 @@
 #endif
 KERNELS_BEGIN
 
-// vector(Count<1>, d, x) from column x to n, with the largest vectors of at most Lanes that fit into n. The last one
-// overlaps its predecessor, so the results must not lie where the sources do.
-template <class T, int Lanes, class Vector>
-HWY_INLINE void OverlappedVectors(ptrdiff_t x, ptrdiff_t n, const Vector& vector) {
-  if (n >= Lanes) {
-    while (x < n) {
-      const ptrdiff_t last = n - Lanes;
-      vector(Count<1>(), hn::Simd<T, Lanes, 0>(), x < last ? x : last);
-      x += Lanes;
-    }
-  } else if constexpr (Lanes > 1) {
-    OverlappedVectors<T, (Lanes > 4 ? Lanes / 2 : 1)>(x, n, vector);
-  }
-}
-// The same from column 0 on, but full vectors in groups of N.
+// OverlappedVectors() from column 0 on, but full vectors in groups of N.
 template <class T, int N, class Vector>
 HWY_INLINE void OverlappedGroups(ptrdiff_t n, const Vector& vector) {
   constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(T);
