@@ -8,6 +8,7 @@
 #include "corners.h"
 #include "derivatives.h"
 #include "detection.h"
+#include "distances.h"
 #include "frames.h"
 #include "gaussian.h"
 #include "morphology.h"
@@ -176,6 +177,8 @@ void run(const std::string& directory, const std::string& path) {
   showStatistics(sheet, photo, gray);
   showMorphology(sheet);
   showDetection(sheet, gray);
+  showDistances(sheet);
+  showInpainting(sheet, photo, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 

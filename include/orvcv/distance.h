@@ -73,7 +73,8 @@ OrvStatus orviDistanceTransform_5x5_8u_C1IR(uint8_t* srcDst, int32_t srcDstStep,
  * The transform returns, in order: orvStatusNullPtr (src, dst, buffer), orvStatusSize, orvStatusStep (srcStep, dstStep
  * below a row), orvStatusStepAlign (dstStep no multiple of 4). The size function: orvStatusNullPtr, orvStatusSize.
  *
- * Threads: rows are worked on by a team; any number of calls at once. Results don't depend on it. */
+ * Threads: rows of regions of 65536 pixels and more are worked on by a team; any number of calls at once. Results don't
+ * depend on it. */
 OrvStatus orviTrueDistanceTransformGetBufferSize_8u32f_C1R(OrvSize roiSize, int32_t* bufferSize);
 OrvStatus orviTrueDistanceTransform_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep,
                                               OrvSize roiSize, uint8_t* buffer);

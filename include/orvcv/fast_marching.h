@@ -24,8 +24,8 @@ extern "C" {
  * orvStatusStepAlign (dstStep no multiple of 4), orvStatusBadArg (radius below 0). The size function: orvStatusNullPtr,
  * orvStatusSize.
  *
- * Threads: two where the library may use them; last bits may differ from those of one thread. Any number of calls at
- * once. */
+ * Threads: two, on regions of 65536 pixels and more where the library may use them; last bits may differ from those of
+ * one thread. Any number of calls at once. */
 OrvStatus orviFastMarchingGetBufferSize_8u32f_C1R(OrvSize roiSize, int32_t* bufferSize);
 OrvStatus orviFastMarching_8u32f_C1R(const uint8_t* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
                                      float radius, uint8_t* buffer);

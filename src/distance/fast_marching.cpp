@@ -165,13 +165,13 @@ struct Solver {
   }
 
   // Flags what may move first: all pixels outside, or in the inner layer, meet their neighbours. Others are passed over
-  // in blocks. Of the line all pixels are to be visited.
+  // in blocks.
   void flagAll(const Front& front) const {
     constexpr ptrdiff_t block = 16;
-    memset(front.flags, 0, (size_t)(front.rows * front.pitch));
-    memset(front.rowFlags, 0, (size_t)front.rows);
-    if (front.line) memset(front.flagsOf(front.rows), down, (size_t)front.width);
-    for (ptrdiff_t y = 0; y < front.rows; ++y) {
+    const ptrdiff_t rows = front.rows + front.line;
+    memset(front.flags, 0, (size_t)(rows * front.pitch));
+    memset(front.rowFlags, 0, (size_t)rows);
+    for (ptrdiff_t y = 0; y < rows; ++y) {
       const Row row = front.row(y);
       for (ptrdiff_t x = 0; x < front.width; x += block) {
         const ptrdiff_t end = x + block < front.width ? x + block : front.width;
@@ -188,14 +188,16 @@ struct Solver {
   void solve(const Front* fronts, int count) const {
     for (int i = 0; i < count; ++i) flagAll(fronts[i]);
     if (count == 1) return settle(fronts[0]);
-    do {
-      if (fronts[0].calm() || fronts[1].calm()) settle(fronts[0]), settle(fronts[1]);
-      else
-        runTeam(2, 2, [&](int32_t first, int32_t rows) {
-          for (int32_t i = first; i < first + rows; ++i) settle(fronts[i]);
-        });
+    // The first round is nearly all of the work; what passes the line later is not worth a team.
+    runTeam(2, 2, [&](int32_t first, int32_t rows) {
+      for (int32_t i = first; i < first + rows; ++i) settle(fronts[i]);
+    });
+    for (;;) {
       settleLine(fronts[0], fronts[1]);
-    } while (!fronts[0].calm() || !fronts[1].calm());
+      if (fronts[0].calm() && fronts[1].calm()) return;
+      settle(fronts[0]);
+      settle(fronts[1]);
+    }
   }
 };
 

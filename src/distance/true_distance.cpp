@@ -252,7 +252,7 @@ OrvStatus orviTrueDistanceTransform_8u32f_C1R(const uint8_t* src, int32_t srcSte
   };
 
   const int32_t threads = owncvGetMaxNumThreads();
-  if (threads >= 2 && (runomp() != 0 || (wrapMul(threads, height) >= 256 && width >= 256))) {
+  if (threads >= 2 && areaReaches(roiSize, 0x10000) && (runomp() != 0 || wrapMul(threads, height) >= 256)) {
     for (ptrdiff_t y = 0; y < height; ++y) countDown(counts, result.row(y), result.row(y), width, height);
     runTeam(threads, height, [&](int32_t first, int32_t rows) {
       const RowWork work = workOf(owncvGetIdThreads());

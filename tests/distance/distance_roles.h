@@ -32,4 +32,13 @@ inline void drawMask(Random& r, Image<uint8_t>& mask, int kind) {
 }
 constexpr int maskKinds = 7;
 
+struct Drawn : ImageRole<uint8_t> {
+  explicit Drawn(int maskKind) : ImageRole<uint8_t>(In<uint8_t>()), kind(maskKind) {}
+  void prepare(Random& r, const Shape& shape) {
+    ImageRole<uint8_t>::prepare(r, shape);
+    drawMask(r, *candidate, kind);
+  }
+  int kind;
+};
+
 }  // namespace test
