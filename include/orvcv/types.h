@@ -93,4 +93,12 @@ enum {
 typedef int32_t OrvMaskSize;
 enum { orvMaskSize3x3 = 33, orvMaskSize5x5 = 55 };
 
+/* Which derivatives a detector takes: Sobel or Scharr filters, or the difference of the two neighbours. */
+typedef int32_t OrvFilterKernel;
+enum { orvFilterKernelSobel = 2, orvFilterKernelScharr = 5, orvFilterKernelCentralDiff = 8 };
+
+/* Magnitude of a gradient: |dx| + |dy|, or the root of dx * dx + dy * dy. */
+typedef int32_t OrvNormType;
+enum { orvNormL1 = 2, orvNormL2 = 4 };
+
 #endif

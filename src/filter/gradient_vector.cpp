@@ -18,68 +18,10 @@
 #include "filter/fixed_filter.h"
 #include "filter/taps.h"
 #include "filter/fixed_kernels.h"
-
-#ifndef ORV_GRADIENT_BLOCK
-#define ORV_GRADIENT_BLOCK
-namespace ORV_VARIANT {
-
-enum : ptrdiff_t { gradientBlock = 512, angleBlock = 64 };
-
-// The forms: taps that smooth, in either direction, and taps along the row.
-struct Sobel3 {
-  static constexpr int half = 1;
-  using Smooth = kerSobel_3;
-  using Along = kerDxNeg_3;
-};
-struct Sobel5 {
-  static constexpr int half = 2;
-  using Smooth = kerSobel_5;
-  using Along = kerDxNeg_5;
-};
-struct Scharr3 {
-  static constexpr int half = 1;
-  using Smooth = kerScharr_3;
-  using Along = kerDx_3;
-};
-
-}  // namespace ORV_VARIANT
-#endif
+#include "filter/gradient_kernels.h"
 
 KERNELS_BEGIN
 
-// D of the rows load(0), load(1), ... and the smoothed D of neighbours. The order of float additions is part of the
-// form.
-template <class Form, class D, class Load>
-HWY_INLINE hn::VFromD<D> Difference(D d, const Load& load) {
-  if constexpr (Form::half == 1) return hn::Sub(load(2), load(0));
-  else return hn::Add(hn::Sub(load(4), load(0)), Times<2>(d, hn::Sub(load(3), load(1))));
-}
-template <class Form, class D, class Load>
-HWY_INLINE hn::VFromD<D> SmoothRow(D d, const Load& load) {
-  using Smooth = typename Form::Smooth;
-  if constexpr (Smooth::at(0) != 3) return FoldTaps<Smooth>(d, load);
-  else return hn::Add(Times<10>(d, load(1)), Times<3>(d, hn::Add(load(0), load(2))));
-}
-
-// n <= gradientBlock columns of gx and gy; the windows of column 0 begin at rows[i][0].
-template <class Form, class T, class R>
-HWY_INLINE void Gradients(const T* const* rows, ptrdiff_t n, R* gx, R* gy) {
-  constexpr int ends = 2 * Form::half;
-  HWY_ALIGN R smooth[gradientBlock + ends], difference[gradientBlock + ends];
-  const RowPointers<ends + 1, T> p(rows);
-  ForLanes<R>(
-      n + ends, VECTOR(d, x) {
-        hn::StoreU(FoldColumns<typename Form::Smooth>(d, p.row, x), d, smooth + x);
-        const auto column = TAP_VECTOR(i) { return LoadLanes(d, p.row[i] + x); };
-        hn::StoreU(Difference<Form>(d, column), d, difference + x);
-      });
-  ForLanes<R>(
-      n, VECTOR(d, x) {
-        hn::StoreU(FoldWindow<typename Form::Along>(d, smooth + x), d, gx + x);
-        const auto neighbour = TAP_VECTOR(i) { return LoadLanes(d, difference + x + i); };
-        hn::StoreU(SmoothRow<Form>(d, neighbour), d, gy + x);
-      });
-}
 template <class Form>
 void ByteGradients(const uint8_t* const* rows, ptrdiff_t n, int16_t* gx, int16_t* gy) {
   Gradients<Form>(rows, n, gx, gy);
@@ -101,9 +43,12 @@ KERNELS_END
 
 #if HWY_ONCE
 #include "core/primitives.h"
+#include "filter/extended_rows.h"
 #include "filter/gradient_vector.h"
 
 namespace {
+
+constexpr ptrdiff_t angleBlock = 64;
 
 template <class T, class R>
 struct GradientCall {
@@ -118,7 +63,7 @@ struct GradientCall {
 
 template <class T, class R>
 struct GradientKernels {
-  void (*gradients)(const T* const* rows, ptrdiff_t n, R* gx, R* gy);
+  GradientKernel<T, R> gradients;
   void (*add)(const R* gx, const R* gy, R* mag, ptrdiff_t n);
 };
 
@@ -134,7 +79,7 @@ void angles(const int16_t* gx, const int16_t* gy, float* angle, ptrdiff_t n) {
   float x[angleBlock], y[angleBlock];
   const auto *const looseX = loose(gx), *const looseY = loose(gy);
   for (ptrdiff_t first = 0; first < n; first += angleBlock) {
-    const ptrdiff_t count = n - first < angleBlock ? n - first : (ptrdiff_t)angleBlock;
+    const ptrdiff_t count = n - first < angleBlock ? n - first : angleBlock;
     for (ptrdiff_t i = 0; i < count; ++i) x[i] = looseX[first + i], y[i] = looseY[first + i];
     angles(x, y, angle + first, count);
   }
@@ -168,31 +113,9 @@ void gradientRow(const GradientCall<T, R>& call, const GradientKernels<T, R>& ke
 
 template <class T, class R>
 void gradientRows(const GradientCall<T, R>& call, const GradientKernels<T, R>& kernels) {
-  const int32_t size = call.maskSize == orvMaskSize3x3 ? 3 : 5, half = size / 2;
-  const int32_t kind = borderKind(call.borderType), sides = sidesInMemoryByKind(call.borderType);
-  const bool inPlace = (sides & orvBorderInMemLeft) && (sides & orvBorderInMemRight);
-  const ptrdiff_t extended = (ptrdiff_t)call.roi.width + 2 * half;
-  T* const memory = (T*)(void*)call.buffer;  // at any address
-  const T* rows[mostMaskRows];
-  const auto rowAt = [&](int32_t y) -> const T* {
-    const ptrdiff_t source =
-        borderIndex(kind, y, call.roi.height, sides & orvBorderInMemTop, sides & orvBorderInMemBottom);
-    T* const slot = memory + (y + half) % size * extended;
-    if (source == borderNoPixel) {
-      fillRun<sizeof(T)>((uint8_t*)slot, (const uint8_t*)&call.borderValue, extended);
-      return slot;
-    }
-    const T* const row = raw(call.src.row(source));
-    if (inPlace) return row - half;
-    extendRow<T, 1>(row, slot, call.roi.width, size, half, call.borderType, &call.borderValue);
-    return slot;
-  };
-  for (int32_t i = 1; i < size; ++i) rows[i] = rowAt(i - 1 - half);
-  for (int32_t y = 0; y < call.roi.height; ++y) {
-    memmove(rows, rows + 1, (size_t)(size - 1) * sizeof rows[0]);
-    rows[size - 1] = rowAt(y + half);
-    gradientRow(call, kernels, rows, size, y);
-  }
+  const int32_t size = call.maskSize == orvMaskSize3x3 ? 3 : 5;
+  ExtendedRows<T> around(call.src, call.roi, size, call.borderType, call.borderValue, (T*)(void*)call.buffer);
+  for (int32_t y = 0; y < call.roi.height; ++y) gradientRow(call, kernels, around.next(), size, y);
 }
 
 template <class T>
@@ -235,6 +158,17 @@ OrvStatus scharrGradient(const GradientCall<T, R>& call, const GradientKernels<T
 }
 
 }  // namespace
+
+GradientKernel<uint8_t, int16_t> ORV_VARIANT::byteGradients(GradientForm form) {
+  return form == GradientForm::sobel3   ? WIDEST(ByteGradients<Sobel3>)
+         : form == GradientForm::sobel5 ? WIDEST(ByteGradients<Sobel5>)
+                                        : WIDEST(ByteGradients<Scharr3>);
+}
+GradientKernel<float, float> ORV_VARIANT::floatGradients(GradientForm form) {
+  return form == GradientForm::sobel3   ? WIDEST(FloatGradients<Sobel3>)
+         : form == GradientForm::sobel5 ? WIDEST(FloatGradients<Sobel5>)
+                                        : WIDEST(FloatGradients<Scharr3>);
+}
 
 OrvStatus orviGradientVectorGetBufferSize(OrvSize roiSize, OrvMaskSize maskSize, OrvDataType dataType,
                                           int32_t numChannels, int32_t* bufferSize) {

@@ -1,5 +1,6 @@
 // Gradients with magnitude and angle, for corner detection and colour gradients inside the library.
 #pragma once
+#include <stddef.h>
 #include "core/variant.h"
 
 extern "C" {
@@ -34,3 +35,20 @@ OrvStatus orviGradientVectorScharr_32f_C1R(const float* src, int32_t srcStep, fl
                                            OrvSize roiSize, OrvMaskSize maskSize, int32_t norm,
                                            OrvBorderType borderType, float borderValue, uint8_t* buffer);
 }
+
+namespace ORV_VARIANT {
+
+enum : ptrdiff_t { gradientBlock = 512 };
+
+enum class GradientForm { sobel3, sobel5, scharr3 };
+
+// gx and gy of n <= gradientBlock pixels from the three or five rows around them; the windows of column 0 begin at
+// rows[i][0]. The results must not lie where the rows do.
+template <class T, class R>
+using GradientKernel = void (*)(const T* const* rows, ptrdiff_t n, R* gx, R* gy);
+
+// The kernels behind the functions above, for this processor.
+GradientKernel<uint8_t, int16_t> byteGradients(GradientForm form);
+GradientKernel<float, float> floatGradients(GradientForm form);
+
+}  // namespace ORV_VARIANT

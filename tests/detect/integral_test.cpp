@@ -1,0 +1,101 @@
+// Integral tables against their plain forms; start values, wrap, and the pixel behind a row.
+// One body serves both variants.
+#include "detect/table_roles.h"
+#include "reference/integral.h"
+
+using namespace test;
+
+namespace {
+
+// Start values: exact ones, and one that overflows or loses bits.
+template <class T>
+Value<T> start() {
+  return Value<T>({0, 5, std::is_integral<T>::value ? (T)(INT32_MAX - 3) : (T)16777215.0, (T)-7});
+}
+
+template <class T, class Function>
+void oneTable(const char* name, Function function, void (*plain)(const uint8_t*, int32_t, T*, int32_t, OrvSize, T),
+              int extra) {
+  const Larger<T> table(Out<T>(), extra, extra);
+  sweep(name, function, plain, {}, In<uint8_t>(), table, Roi(), start<T>());
+  walkArguments(name, function, tableChecks({0, 1}, {1}, 2), In<uint8_t>(), table, Roi(), start<T>());
+}
+
+template <class T, class Q, class Function, class Plain>
+void twoTables(const char* name, Function function, Plain plain, int extra) {
+  const Larger<uint8_t> src(In<uint8_t>(), 0, 0, 0, extra - 1);
+  const Larger<T> table(Out<T>(), extra, extra);
+  const Larger<Q> squares(Out<Q>(), extra, extra);
+  sweep(name, function, plain, {}, src, table, squares, Roi(), start<T>(), start<Q>());
+  walkArguments(name, function, tableChecks({0, 1, 2}, {1, 2}, 3), src, table, squares, Roi(), start<T>(), start<Q>());
+}
+
+}  // namespace
+
+TEST(sums) {
+  oneTable<int32_t>("orviIntegral_8u32s_C1R", orviIntegral_8u32s_C1R, reference::integral, 1);
+  oneTable<float>("orviIntegral_8u32f_C1R", orviIntegral_8u32f_C1R, reference::integral, 1);
+}
+
+TEST(sumsAndSquares) {
+  twoTables<int32_t, int32_t>("orviSqrIntegral_8u32s_C1R", orviSqrIntegral_8u32s_C1R,
+                              reference::sqrIntegral<int32_t, int32_t>, 1);
+  twoTables<int32_t, double>("orviSqrIntegral_8u32s64f_C1R", orviSqrIntegral_8u32s64f_C1R,
+                             reference::sqrIntegral<int32_t, double>, 1);
+  twoTables<float, double>("orviSqrIntegral_8u32f64f_C1R", orviSqrIntegral_8u32f64f_C1R,
+                           reference::sqrIntegral<float, double>, 1);
+}
+
+TEST(tilted) {
+  oneTable<int32_t>("orviTiltedIntegral_8u32s_C1R", orviTiltedIntegral_8u32s_C1R, reference::tiltedIntegral, 2);
+  oneTable<float>("orviTiltedIntegral_8u32f_C1R", orviTiltedIntegral_8u32f_C1R, reference::tiltedIntegral, 2);
+}
+
+TEST(tiltedWithSquares) {
+  twoTables<int32_t, int32_t>("orviTiltedSqrIntegral_8u32s_C1R", orviTiltedSqrIntegral_8u32s_C1R,
+                              reference::tiltedSqrIntegral<int32_t, int32_t>, 2);
+  twoTables<int32_t, double>("orviTiltedSqrIntegral_8u32s64f_C1R", orviTiltedSqrIntegral_8u32s64f_C1R,
+                             reference::tiltedSqrIntegral<int32_t, double>, 2);
+  twoTables<float, double>("orviTiltedSqrIntegral_8u32f64f_C1R", orviTiltedSqrIntegral_8u32f64f_C1R,
+                           reference::tiltedSqrIntegral<float, double>, 2);
+}
+
+// 70000 squares of 255 are above 2^32: the integer row sum wraps twice over, the double one must not.
+TEST(longRow) {
+  constexpr int width = 70000;
+  std::vector<uint8_t> src((size_t)width, 255);
+  std::vector<int32_t> sums(2 * (width + 1)), squares(sums.size());
+  std::vector<double> exact(sums.size());
+  forEachSetting(false, [&] {
+    orviSqrIntegral_8u32s_C1R(src.data(), width, sums.data(), 4 * (width + 1), squares.data(), 4 * (width + 1),
+                              {width, 1}, 0, 0);
+    orviSqrIntegral_8u32s64f_C1R(src.data(), width, sums.data(), 4 * (width + 1), exact.data(), 8 * (width + 1),
+                                 {width, 1}, 0, 0.0);
+    for (int64_t x = 1; x <= width; ++x) {
+      const size_t i = (size_t)(width + 1 + x);
+      if (sums[i] == 255 * x && squares[i] == (int32_t)(uint32_t)(65025 * x) && exact[i] == 65025.0 * (double)x)
+        continue;
+      return fail("column %d: %d, %d, %.17g", (int)x, (int)sums[i], (int)squares[i], exact[i]);
+    }
+  });
+}
+
+// Away from the sides a tilted table holds the pixels of a quadrant, counted directly; one row gives what is told.
+TEST(tiltedByCounting) {
+  Random r(seed());
+  constexpr int width = 21, height = 13, reach = 4;
+  uint8_t src[height][width + 1];
+  for (auto& row : src)
+    for (uint8_t& p : row) p = (uint8_t)r.next();
+  int32_t table[height + 2][width + 2];
+  orviTiltedIntegral_8u32s_C1R(src[0], width + 1, table[0], sizeof table[0], {width, height}, 0);
+  for (int y = 0; y < reach; ++y)
+    for (int x = reach + 1; x < width - reach; ++x) {
+      int32_t sum = 0;
+      for (int up = 0; up <= y; ++up)
+        for (int k = -up - 1; k <= up; ++k) sum += src[y - up][x + k];
+      CHECK(table[y + 2][x] == sum, "row %d, column %d", y, x);
+    }
+  orviTiltedIntegral_8u32s_C1R(src[0], width + 1, table[0], sizeof table[0], {1, 1}, 5);
+  CHECK(table[2][0] == 5 && table[2][1] == src[0][0] + 5 && table[2][2] == 5);
+}

@@ -1,0 +1,146 @@
+// Chamfer transforms against their plain form, with weights in every relation to each other.
+// One body serves both variants.
+#include "distance/distance_roles.h"
+#include "reference/chamfer.h"
+
+using namespace test;
+
+namespace {
+
+using Wholes = std::vector<std::vector<int32_t>>;
+using Floats = std::vector<std::vector<float>>;
+
+// Usual ones; a > b; b >= 2a; large and saturating ones.
+const Wholes two = {{2, 3}, {1, 1}, {1, 2}, {3, 2}, {9, 1}, {1, 9}, {100, 120}, {1, 300}, {2147483647, 2147483647}};
+const Floats twoFloats = {{0.955f, 1.3693f}, {1, 2},         {1.3f, 0.9f},  {7.1f, 0.3f},
+                          {0.3f, 11.f},      {1e-3f, 2e38f}, {3e38f, 3e38f}};
+// Plain (5, 7, 11); reduced to 3x3, exactly at the limit too; closed by m <= a, by c <= 2a, by 2c <= 3m; tiny c.
+const Wholes three = {{5, 7, 11},   {1, 2, 3},    {1, 1, 2},   {5, 7, 12}, {7, 5, 9},      {5, 7, 10},
+                      {10, 19, 25}, {10, 16, 24}, {10, 14, 2}, {3, 2, 4},  {90, 120, 170}, {2147483647, 2147483647, 3}};
+const Floats threeFloats = {{1.f, 1.4f, 2.1969f},   {1, 2, 3},         {1.f, 1.4f, 2.4f}, {1.3f, 0.7f, 1.9f},
+                            {1.f, 1.7f, 2.1f},      {1.f, 1.4f, 0.1f}, {0.7f, 1.f, 1.3f}, {3e38f, 3e38f, 1e38f},
+                            {1.f, 1.4f, 2.3999999f}};
+
+template <class T, class Metric>
+using Transform = OrvStatus (*)(const uint8_t*, int32_t, T*, int32_t, OrvSize, const Metric*);
+
+template <int size, class T, class Metric>
+void check(const char* name, Transform<T, Metric> transform, const std::vector<std::vector<Metric>>& choices) {
+  for (int i = 0; i < 3; ++i)
+    sweep(name, transform, reference::chamfer<T, Metric, size>, {}, Mask(), Out<T>(), Roi(), Weights<Metric>(choices));
+
+  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
+  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});
+  if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 1});
+  walkArguments(name, transform, order, Mask(), Out<T>(), Roi(), Weights<Metric>(choices));
+
+  const Context context(name);
+  uint8_t seed = 0;
+  T d[2] = {77, 77};
+  const auto status = [&](std::vector<Metric> metrics) {
+    return transform(&seed, 1, d, sizeof(T), {1, 1}, metrics.data());
+  };
+  for (int spoiled = 0; spoiled < (size == 5 ? 3 : 2); ++spoiled) {
+    std::vector<Metric> metrics(3, (Metric)2);
+    for (const Metric bad : {(Metric)0, (Metric)-3, (Metric)NAN}) {
+      metrics[(size_t)spoiled] = std::is_same<Metric, int32_t>::value && bad != 0 ? -3 : bad;
+      CHECK(status(metrics) == orvStatusMetric && d[0] == 77);
+      CHECK(transform(&seed, 1, d, sizeof(T) - 1, {1, 1}, metrics.data()) == orvStatusStep);
+    }
+  }
+}
+
+}  // namespace
+
+TEST(small_bytes) { check<3>("3x3_8u", orviDistanceTransform_3x3_8u_C1R, two); }
+TEST(small_words) { check<3>("3x3_8u16u", orviDistanceTransform_3x3_8u16u_C1R, two); }
+TEST(small_floats) { check<3>("3x3_8u32f", orviDistanceTransform_3x3_8u32f_C1R, twoFloats); }
+TEST(large_bytes) { check<5>("5x5_8u", orviDistanceTransform_5x5_8u_C1R, three); }
+TEST(large_words) { check<5>("5x5_8u16u", orviDistanceTransform_5x5_8u16u_C1R, three); }
+TEST(large_floats) { check<5>("5x5_8u32f", orviDistanceTransform_5x5_8u32f_C1R, threeFloats); }
+
+// Few seeds in images higher than the rows that run side by side: long chains, far pixels, saturation.
+TEST(distant_seeds) {
+  Random r(seed());
+  for (const Shape shape : {Shape{301, 40}, {5, 300}, {178, 17}, {161, 33}, {3, 70}, {700, 2}})
+    for (int kind = 0; kind < maskKinds; ++kind) {
+      Image<uint8_t> src(r, shape.width, shape.height, 1);
+      drawMask(r, src, kind);
+      const OrvSize roi = {shape.width, shape.height};
+      const auto compare = [&](auto transform, auto plain, auto type, auto metrics) {
+        Image<decltype(type)> got(r, shape.width, shape.height, 1), want(r, shape.width, shape.height, 1);
+        transform(src.data(), src.step(), got.data(), got.step(), roi, metrics.data());
+        plain(src.data(), src.step(), want.data(), want.step(), roi, metrics.data());
+        for (int y = 0; y < shape.height; ++y)
+          for (int x = 0; x < shape.width; ++x)
+            if (got.at(x, y) != want.at(x, y))
+              return fail("%dx%d kind %d at %d, %d: %g, not %g", shape.width, shape.height, kind, x, y,
+                          (double)got.at(x, y), (double)want.at(x, y));
+        CHECK(got.onlyRegionChanged() && src.unchanged());
+      };
+      const auto pick = [&](const auto& list) { return list[(size_t)r.in(0, (int)list.size() - 1)]; };
+      compare(orviDistanceTransform_3x3_8u_C1R, reference::chamfer<uint8_t, int32_t, 3>, uint8_t(), pick(two));
+      compare(orviDistanceTransform_5x5_8u16u_C1R, reference::chamfer<uint16_t, int32_t, 5>, uint16_t(), pick(three));
+      compare(orviDistanceTransform_3x3_8u32f_C1R, reference::chamfer<float, float, 3>, float(), pick(twoFloats));
+      compare(orviDistanceTransform_5x5_8u32f_C1R, reference::chamfer<float, float, 5>, float(), pick(threeFloats));
+    }
+}
+
+namespace {
+
+// The in-place form, or the other with equal images, as functions of source and destination.
+template <OrvStatus (*run)(uint8_t*, int32_t, OrvSize, const int32_t*), int size>
+void checkInPlace(const char* name, const Wholes& choices) {
+  const auto plain = [](uint8_t* image, int32_t step, OrvSize roi, const int32_t* metrics) {
+    const std::vector<uint8_t> src(image, image + (size_t)step * (size_t)(roi.height - 1) + (size_t)roi.width);
+    reference::chamfer<uint8_t, int32_t, size>(src.data(), step, image, step, roi, metrics);
+  };
+  struct Content : ImageRole<uint8_t> {
+    Content() : ImageRole<uint8_t>(InOut<uint8_t>()) {}
+  };
+  sweep(name, run, plain, {}, Content(), Roi(), Weights<int32_t>(choices));
+  walkArguments(name, run, {{Fault::null, 0}, {Fault::null, 2}, {Fault::width, 1}, {Fault::smallStep, 0}}, Content(),
+                Roi(), Weights<int32_t>(choices));
+}
+OrvStatus equalImages(uint8_t* image, int32_t step, OrvSize roi, const int32_t* metrics) {
+  return orviDistanceTransform_5x5_8u_C1R(image, step, image, step, roi, metrics);
+}
+
+}  // namespace
+
+TEST(in_place) {
+  checkInPlace<orviDistanceTransform_3x3_8u_C1IR, 3>("3x3_8u_C1IR", two);
+  checkInPlace<orviDistanceTransform_5x5_8u_C1IR, 5>("5x5_8u_C1IR", three);
+  checkInPlace<equalImages, 5>("5x5_8u_C1R, equal images", three);
+}
+
+// The bottom row's step of two columns, worked by hand: 4 is cheaper than 6, and no other path costs less.
+TEST(bottom_row) {
+  const uint8_t src[] = {1, 1, 1, 1, 1, 0};
+  const int32_t metrics[] = {3, 2};
+  uint8_t d[6];
+  CHECK(orviDistanceTransform_3x3_8u_C1R(src, 3, d, 3, {3, 2}, metrics) == orvStatusOk);
+  CHECK(d[3] == 4 && d[4] == 3 && d[1] == 2 && d[2] == 3 && d[0] == 5, "%d %d %d %d %d", d[0], d[1], d[2], d[3], d[4]);
+  CHECK(orviDistanceTransform_3x3_8u_C1R(src + 3, 3, d, 3, {3, 1}, metrics) == orvStatusOk && d[0] == 6);
+}
+
+TEST(standard_weights) {
+  const int32_t wholes[] = {1, 1, -7, 1, 2, -7, 2, 3, -7, 1, 1, 2, 1, 2, 3, 5, 7, 11};
+  const float floats[] = {1, 1, -7, 1, 2, -7, 0.955f, 1.3693f, -7, 1, 1, 2, 1, 2, 3, 1, 1.4f, 2.1969f};
+  for (int i = 0; i < 6; ++i) {
+    const int size = i < 3 ? 3 : 5, norm = i % 3;
+    int32_t w[3] = {-7, -7, -7};
+    float f[3] = {-7, -7, -7}, g[3] = {-7, -7, -7};
+    CHECK(orviGetDistanceTransformMask_32s(size, norm, w) == orvStatusOk && memcmp(w, wholes + 3 * i, sizeof w) == 0);
+    CHECK(orviGetDistanceTransformMask_32f(size, norm, f) == orvStatusOk && memcmp(f, floats + 3 * i, sizeof f) == 0);
+    CHECK(orviGetDistanceTransformMask(10 * size + norm, g) == orvStatusOk && memcmp(f, g, sizeof g) == 0);
+  }
+  float f[3];
+  CHECK(orviGetDistanceTransformMask_32f(4, 3, nullptr) == orvStatusNullPtr);
+  CHECK(orviGetDistanceTransformMask_32f(4, 3, f) == orvStatusSize);
+  CHECK(orviGetDistanceTransformMask_32f(3, -1, f) == orvStatusBadArg);
+  CHECK(orviGetDistanceTransformMask(33, nullptr) == orvStatusBadArg);
+  CHECK(orviGetDistanceTransformMask(32, nullptr) == orvStatusNullPtr);
+  for (const int type : {-31, -1, 59}) CHECK(orviGetDistanceTransformMask(type, f) == orvStatusBadArg);
+  for (const int type : {42, 0, -30}) CHECK(orviGetDistanceTransformMask(type, f) == orvStatusSize);
+}

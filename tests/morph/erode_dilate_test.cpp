@@ -1,0 +1,202 @@
+// Erosion and dilation under every kind of mask against their definition; sizes, the record, statuses.
+#include <float.h>
+#include "morph/morph_cases.h"
+
+using namespace test;
+
+namespace {
+
+template <class State>
+auto initRun(OrvStatus (*f)(int32_t, const uint8_t*, OrvSize, State*, uint8_t*)) {
+  return [=](OrvSize roi, const uint8_t* mask, OrvSize size, void* state, uint8_t* buffer) {
+    return f(roi.width, mask, size, (State*)state, buffer);
+  };
+}
+auto sizeRun(OrvStatus (*f)(int32_t, OrvSize, int32_t*, int32_t*)) {
+  return [=](OrvSize roi, OrvSize mask, int32_t* spec, int32_t* buffer) { return f(roi.width, mask, spec, buffer); };
+}
+
+#define FAMILY(T, C, packed, tag)                                                                     \
+  MorphFamily<T> {                                                                                    \
+    C, packed, sizeRun(orviMorphologyBorderGetSize_##tag), initRun(orviMorphologyBorderInit_##tag), { \
+      {"orviErodeBorder_" #tag, Op::erode, morphRun(orviErodeBorder_##tag)},                          \
+          {"orviDilateBorder_" #tag, Op::dilate, morphRun(orviDilateBorder_##tag)},                   \
+    }                                                                                                 \
+  }
+const auto bytes1 = FAMILY(uint8_t, 1, false, 8u_C1R), bytes3 = FAMILY(uint8_t, 3, false, 8u_C3R),
+           bytes4 = FAMILY(uint8_t, 4, false, 8u_C4R), bits = FAMILY(uint8_t, 1, true, 1u_C1R);
+const auto words = FAMILY(uint16_t, 1, false, 16u_C1R);
+const auto shorts = FAMILY(int16_t, 1, false, 16s_C1R);
+const auto floats1 = FAMILY(float, 1, false, 32f_C1R), floats3 = FAMILY(float, 3, false, 32f_C3R),
+           floats4 = FAMILY(float, 4, false, 32f_C4R);
+
+template <class Body>
+void forAll(const Body& body) {
+  body(bits), body(bytes1), body(bytes3), body(bytes4), body(words), body(shorts), body(floats1), body(floats3),
+      body(floats4);
+}
+
+}  // namespace
+
+TEST(bytes) { sweepMorph(bytes1), sweepMorph(bytes3), sweepMorph(bytes4); }
+TEST(shorts) { sweepMorph(words), sweepMorph(shorts); }
+TEST(floats) { sweepMorph(floats1), sweepMorph(floats3), sweepMorph(floats4); }
+TEST(packedBits) { sweepMorph(bits); }
+
+// Regions wider than a strip; masks with more runs than a table holds; masks too wide for any strip of the scratch.
+TEST(extremes) {
+  Random r(seed());
+  MaskShape noise{40, 33, {}}, wide{300, 1, {}}, tall{1, 60, std::vector<uint8_t>(60, 1)},
+      large{35, 37, std::vector<uint8_t>(35 * 37, 1)};
+  for (int i = 0; i < 40 * 33; ++i) noise.bytes.push_back(r.one(2));
+  for (int i = 0; i < 300; ++i) wide.bytes.push_back(i % 7 != 3);
+  forAll([&](const auto& family) {
+    for (const MaskShape& mask : {noise, wide, tall, large})
+      for (const Shape& shape : {Shape{3, 2}, Shape{21, 11}}) checkMorph(family, r, shape, mask, someMorphBorder(r));
+    for (int i = 0; i < 2; ++i) checkMorph(family, r, {r.in(600, 1500), 5}, someMask(r, 9), someMorphBorder(r));
+  });
+}
+
+// Every kind of border with every side, around a mask that reaches unequally far.
+TEST(everySide) {
+  Random r(seed());
+  MaskShape mask{4, 3, {0, 1, 1, 0, 1, 1, 0, 1, 0, 1, 0, 0}}, full{4, 5, std::vector<uint8_t>(20, 9)};
+  for (int sides = 0; sides < 256; sides += 16)
+    for (const int kind : {orvBorderRepl, orvBorderInMem})
+      for (const Shape& shape : {Shape{1, 1}, Shape{2, 9}, Shape{70, 4}})
+        for (const MaskShape& m : {mask, full}) {
+          checkMorph(bytes1, r, shape, m, kind | sides);
+          checkMorph(bits, r, shape, m, kind | sides);
+        }
+}
+
+// A window of infinities: an arbitrary mask gives the largest finite value, a rectangle keeps them.
+TEST(infinities) {
+  const OrvSize roi = {37, 1}, maskSize = {3, 3};
+  const std::vector<uint8_t> cross = {0, 1, 0, 1, 1, 1, 0, 1, 0}, full(9, 1);
+  for (const bool dilate : {false, true})
+    for (const auto* mask : {&cross, &full}) {
+      const std::vector<float> src(37, dilate ? -INFINITY : INFINITY);
+      std::vector<float> dst(37);
+      int32_t stateBytes, bufferBytes;
+      floats1.size(roi, maskSize, &stateBytes, &bufferBytes);
+      std::vector<uint8_t> state((size_t)stateBytes), buffer((size_t)bufferBytes);
+      floats1.init(roi, mask->data(), maskSize, state.data(), buffer.data());
+      forEachSetting(false, [&] {
+        floats1.filters[dilate].run(
+            {src.data(), 148, dst.data(), 148, roi, orvBorderRepl, state.data(), buffer.data()});
+        const float want = mask == &full ? src[0] : dilate ? -FLT_MAX : FLT_MAX;
+        for (const float v : dst) CHECK(v == want, "%g", (double)v);
+      });
+    }
+}
+
+// Sizes worked by hand for 100 pixels and masks of 3 x 3 and 5 x 4: with A = 16 and 32,
+// F = 2 * H * (row + 32) + 32 * H + 32 (twice that in 16 bits), E = (H * H + 1) * (row + 32) + 40 * H + 40.
+TEST(sizes) {
+  const auto check = [](const auto& family, OrvSize mask, int32_t work, int32_t spec, int32_t tail) {
+    int32_t stateBytes = -1, bufferBytes = -1;
+    family.size({100, 1}, mask, &stateBytes, &bufferBytes);
+    CHECK(bufferBytes == work + tail, "%d", bufferBytes);
+    CHECK(stateBytes == spec, "%d", stateBytes);
+  };
+  const int tail3 = 80 + 16 + 112, tail4 = 96 + 32 + 128;
+  const int e3 = 10 * 132 + 160, e3w = 10 * 232 + 160, e3f = 10 * 432 + 160;
+  check(bytes1, {3, 3}, e3, 33 * 16 + 48 + 160 + e3 + tail3, tail3);
+  check(bytes3, {3, 3}, 6 * 332 + 128, 33 * 16 + 48 + 160 + 6 * 332 + 128 + tail3, tail3);
+  check(bytes4, {5, 4}, 8 * 432 + 160, 33 * 32 + 64 + 160 + 8 * 432 + 160 + tail4, tail4);
+  check(words, {3, 3}, 2 * (6 * 232 + 128), 16 + 48 + 160, tail3);
+  check(shorts, {5, 4}, 17 * 232 + 200, 32 + 64 + 160, tail4);
+  check(floats1, {3, 3}, e3f, 33 * 16 + 48 + 160 + e3f + tail3, tail3);
+  check(floats4, {5, 4}, 17 * 1632 + 200, 33 * 32 + 64 + 160 + 17 * 1632 + 200 + tail4, tail4);
+  check(bits, {3, 3}, e3, 16 + 96, tail3);
+  (void)e3w;
+}
+
+// The record of a small ellipse, of a rectangle beside its anchor, of an empty mask, as far as its fields are told.
+TEST(record) {
+  alignas(16) static uint8_t block[1 << 14], buffer[1 << 14];
+  const auto build = [&](const auto& family, std::vector<uint8_t> mask, OrvSize size) {
+    CHECK(family.init({50, 1}, mask.data(), size, block, buffer) == orvStatusOk);
+    return *(const OrvMorphState*)(const void*)block;
+  };
+  const std::vector<uint8_t> cross = {0, 7, 0, 1, 1, 1, 0, 1, 0}, corner = {0, 0, 0, 0, 1, 1};
+  OrvMorphState s = build(shorts, cross, {3, 3});
+  CHECK(s.shapeKind == orvMorphEllipse && s.marker == -1 && s.dataType == orvData16s && s.totalSize == 0);
+  CHECK(s.shapeDesc->rowCount == 3 && s.shapeDesc->lengthCount == 2 && s.shapeDesc->boxHeight == 3);
+  CHECK(s.shapeDesc->runLength[0] == 3 && s.shapeDesc->runLength[1] == 1 && s.shapeDesc->runAnchor[0] == 1);
+  CHECK(s.shapeDesc->rowLengthIndex[0] == 1 && s.shapeDesc->rowLengthIndex[1] == 0 && s.shapeDesc->rowIndex[2] == 2);
+  CHECK(memcmp(s.maskCopy, cross.data(), 9) == 0 && s.erodeTable == s.maskCopy && s.rowStride == 112);
+  s = build(bytes1, cross, {3, 3});
+  CHECK(s.shapeKind == orvMorphArbitrary && !s.shapeDesc && s.rowStride == 64 && s.totalSize == 33 * 16 + 384 + 112);
+  CHECK(s.erodeTable == s.maskCopy + 16 && s.dilateTable == s.maskCopy + 17 * 16);
+  CHECK(s.erodeTable[0] == 255 && s.erodeTable[31] == 0 && s.dilateTable[15] == 0 && s.dilateTable[16] == 255);
+  s = build(floats3, corner, {3, 2});
+  CHECK(s.shapeKind == orvMorphRectangle && s.anchorX == 1 && s.rightExtent == 1 && s.bottomExtent == 1);
+  CHECK(s.shapeDesc->boxWidth == 2 && s.shapeDesc->boxHeight == 1 && s.shapeDesc->boxAnchorX == 0);
+  CHECK(s.shapeDesc->boxAnchorY == -1 && s.channels == 3 && s.roiWidth == 50 && s.dataType == orvData32f);
+  CHECK(((const float*)(const void*)s.erodeTable)[0] == FLT_MAX &&
+        ((const float*)(const void*)s.erodeTable)[16] == -FLT_MAX);
+  s = build(bytes4, std::vector<uint8_t>(6), {3, 2});
+  CHECK(s.shapeKind == orvMorphEmpty && !s.erodeTable && s.anchorX == 0 && s.rightExtent == 0 && s.totalSize == 112);
+  CHECK(build(words, {0, 1, 0, 1, 1, 0}, {3, 2}).shapeKind == orvMorphEllipse);
+  CHECK(build(words, {1, 0, 0, 0, 1, 0}, {3, 2}).shapeKind == orvMorphArbitrary);
+  CHECK(build(words, {0, 1, 0, 1, 1, 1, 0, 1, 0, 1, 1, 1}, {3, 4}).shapeKind == orvMorphEllipse);
+  CHECK(build(words, {0, 1, 1, 1, 1, 1, 1, 1, 0}, {3, 3}).shapeKind == orvMorphArbitrary,
+        "equal lengths, unequal places");
+}
+
+namespace {
+
+// The checks of the filters of a family, in their order.
+template <class T>
+void walkMorph(const MorphFamily<T>& family, bool inPlaceRefused) {
+  using A = MorphArguments<T>;
+  Random r(seed());
+  const OrvSize roi = {21, 5}, maskSize = {3, 3};
+  const std::vector<uint8_t> mask(9, 1);
+  int32_t stateBytes, bufferBytes;
+  CHECK(family.size(roi, maskSize, &stateBytes, nullptr) == orvStatusNullPtr);
+  CHECK(family.size({0, 1}, maskSize, nullptr, &bufferBytes) == orvStatusNullPtr);
+  CHECK(family.size({0, 1}, maskSize, &stateBytes, &bufferBytes) == orvStatusSize);
+  CHECK(family.size(roi, {3, 0}, &stateBytes, &bufferBytes) == orvStatusSize);
+  family.size(roi, maskSize, &stateBytes, &bufferBytes);
+  std::vector<uint8_t> state((size_t)stateBytes), buffer((size_t)bufferBytes);
+  CHECK(family.init({0, 1}, nullptr, maskSize, state.data(), buffer.data()) == orvStatusNullPtr);
+  CHECK(family.init({0, 1}, mask.data(), maskSize, nullptr, buffer.data()) == orvStatusNullPtr);
+  CHECK(family.init({0, 1}, mask.data(), maskSize, state.data(), nullptr) == orvStatusNullPtr);
+  CHECK(family.init({0, 1}, mask.data(), maskSize, state.data(), buffer.data()) == orvStatusSize);
+  CHECK(family.init(roi, mask.data(), {0, 3}, state.data(), buffer.data()) == orvStatusSize);
+  family.init(roi, mask.data(), maskSize, state.data(), buffer.data());
+  Image<T> src(r, 40, 5, family.channels), dst(r, 40, 5, family.channels);
+  const int32_t row = family.packed ? 3 : roi.width * family.channels * (int32_t)sizeof(T);
+  std::vector<Check<A>> checks = {
+      {"src", orvStatusNullPtr, [](A& a) { a.src = nullptr; }},
+      {"dst", orvStatusNullPtr, [](A& a) { a.dst = nullptr; }},
+      {"state", orvStatusNullPtr, [](A& a) { a.state = nullptr; }},
+      {"buffer", orvStatusNullPtr, [](A& a) { a.buffer = nullptr; }},
+  };
+  if (family.packed) checks.push_back({"bit offset", orvStatusSize, [](A& a) { a.dstBit = -1; }});
+  checks.push_back({"width", orvStatusSize, [](A& a) { a.roi.width = 0; }});
+  checks.push_back({"height", orvStatusSize, [](A& a) { a.roi.height = 0; }});
+  checks.push_back({"srcStep", orvStatusStep, [=](A& a) { a.srcStep = row - 1; }});
+  checks.push_back({"dstStep", orvStatusStep, [=](A& a) { a.dstStep = row - 1; }});
+  if (sizeof(T) > 1) checks.push_back({"alignment", orvStatusStepAlign, [=](A& a) { a.dstStep = row + 65; }});
+  for (const int kind : {0, 2, 3, 4, 16, 64 + 2, 5})
+    checks.push_back({"border", orvStatusBorder, [=](A& a) { a.border = kind; }});
+  if (!family.packed) checks.push_back({"record", orvStatusSize, [](A& a) { a.roi.width = 22; }});
+  if (inPlaceRefused) checks.push_back({"in place", orvStatusInPlace, [](A& a) { a.dst = (T*)a.src; }});
+  for (const MorphFilter<T>& filter : family.filters) {
+    const Context context(filter.name);
+    walkChecks<A>({src.data(), src.step(), dst.data(), dst.step(), roi, orvBorderRepl, state.data(), buffer.data()},
+                  checks, filter.run, [&] { return dst.unchanged() && src.unchanged(); });
+  }
+}
+
+}  // namespace
+
+TEST(statuses) {
+  walkMorph(bytes1, false), walkMorph(bytes3, false), walkMorph(bytes4, false), walkMorph(bits, true);
+  walkMorph(words, true), walkMorph(shorts, true);
+  walkMorph(floats1, false), walkMorph(floats3, false), walkMorph(floats4, false);
+}
