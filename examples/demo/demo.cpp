@@ -8,6 +8,7 @@
 #include "derivatives.h"
 #include "frames.h"
 #include "gaussian.h"
+#include "geometry.h"
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
@@ -170,6 +171,9 @@ void run(const std::string& directory, const std::string& path) {
   showAverages(sheet, photo);
   showDerivatives(sheet, gray);
   showStatistics(sheet, photo, gray);
+  showUndistortion(sheet);
+  showSuperResolution(sheet, gray);
+  showFlow(sheet, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 
