@@ -12,6 +12,7 @@
 #include "frames.h"
 #include "gaussian.h"
 #include "morphology.h"
+#include "geometry.h"
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
@@ -179,6 +180,9 @@ void run(const std::string& directory, const std::string& path) {
   showDetection(sheet, gray);
   showDistances(sheet);
   showInpainting(sheet, photo, gray);
+  showUndistortion(sheet);
+  showSuperResolution(sheet, gray);
+  showFlow(sheet, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 

@@ -89,15 +89,18 @@ void MismatchQ7(const WindowQ7& w, double sums[2]) {
   _mm_storeu_pd(sums, total);
 }
 
-// Two squares fit 32 bits; they are widened at once.
+// The squares of two distances, at most 32640, fit 32 bits; they are widened at once.
 double SquaresQ7(const WindowQ7& w) {
-  int64_t sum = 0;
+  const hn::Repartition<uint64_t, D16> d64;
+  const auto tail = TailMask(w.width);
+  auto sum = hn::Zero(d64);
   for (ptrdiff_t y = 0; y < w.height; ++y)
-    for (ptrdiff_t x = 0; x < w.width; ++x) {
-      const int32_t d = (int32_t)w.first[y * w.stride + x] - w.second[y * w.stride + x];
-      sum += d * d;
-    }
-  return (double)sum;
+    RowVectors(y * w.stride, w.width, tail, [&](ptrdiff_t i, const auto& keep) HWY_ATTR {
+      const auto d = keep(Distance(w, i));
+      const auto squares = hn::BitCast(d64, AddProducts(hn::Zero(D32()), d, d));
+      sum = hn::Add(sum, hn::Add(hn::And(squares, hn::Set(d64, 0xFFFFFFFFu)), hn::ShiftRight<32>(squares)));
+    });
+  return (double)hn::GetLane(hn::SumOfLanes(d64, sum));
 }
 
 FlowKernels<uint16_t, int16_t> KernelsQ7() { return {DeriveQ7, MatrixQ7, MismatchQ7, SquaresQ7}; }
