@@ -10,6 +10,7 @@
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
+#include "segments.h"
 #include "sheet.h"
 
 using namespace demo;
@@ -166,6 +167,7 @@ void run(const std::string& directory, const std::string& path) {
   showBorders(sheet, photo, gray);
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
+  showSegments(sheet, photo);
   printf("\nLook at %s\n", sheet.finish("orvCV smooths a photograph").c_str());
 }
 
