@@ -47,6 +47,7 @@ void run(benchmark::State& state, const Options& options, OrvSize roi, int threa
       least = std::min(least, timeOf(call, batch));
       leastCopy = std::min(leastCopy, timeOf(copy, copyBatch));
     }
+    least /= options.images;
     state.SetIterationTime(least);
   }
   const double pixels = (double)roi.width * roi.height;

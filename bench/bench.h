@@ -65,6 +65,7 @@ struct Options {
   int bytesPerPixel;                // of the source image: what memcpy copies
   Threads threads = single;         // threaded: also lines with two threads, and the largest size
   std::vector<OrvSize> sizes = {};  // where the usual ones say little
+  int images = 1;                   // that a call works on, one after the other: the time is that of one
 };
 
 bool add(const std::string& name, Options options, std::function<std::function<void()>(const Frame&)> prepare);

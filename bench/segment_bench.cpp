@@ -1,5 +1,6 @@
-// Flood fills, labels, speckles, boundaries, segmentation. All work on sixteen different images in turn: one small
-// image would be learnt by the branch predictor.
+// Flood fills, labels, speckles, boundaries, segmentation. A call works on sixteen different images (segmentation:
+// four), one after the other: one small image would be learnt by the branch predictor. Images worked on in place are
+// copied first, within the time.
 #include <string.h>
 #include "bench.h"
 
@@ -54,16 +55,27 @@ struct Turns {
   }
 };
 
-// Images for large sizes would fill the memory: fewer there.
-int turns(const Frame& f) { return (int64_t)f.roi.width * f.roi.height > 3000000 ? 2 : images; }
+// A line whose calls work on `count` images; `prepare` makes the work on one of them.
+bool add(const std::string& name, int bytesPerPixel, std::function<std::function<void()>(const Frame&)> prepare,
+         int count = images, std::vector<OrvSize> sizes = {}) {
+  bench::Options options{bytesPerPixel};
+  options.images = count;
+  options.sizes = sizes;
+  return bench::add(name, options, [=](const Frame& f) -> std::function<void()> {
+    const auto one = prepare(f);
+    return [=] {
+      for (int k = 0; k < count; ++k) one();
+    };
+  });
+}
 
 // A labyrinth of blobs of which about 45 % are one region.
 uint8_t blobs(int x, int y, uint32_t seed) { return pattern(x, y, 40, seed) > 122 ? 200 : 90; }
 
 template <class T, class Fill, class Value>
 bool addFill(const char* name, Fill fill, Value value, bool grad = false) {
-  return bench::add(name, {sizeof(T)}, [=](const Frame& f) {
-    const Turns<T> t(f, value, turns(f));
+  return add(name, sizeof(T), [=](const Frame& f) {
+    const Turns<T> t(f, value);
     int32_t bytes;
     (grad ? orviFloodFillGetSize_Grad : orviFloodFillGetSize)(f.roi, &bytes);
     const auto buffer = f.scratch(bytes);
@@ -121,8 +133,8 @@ const bool worst = WORST("uniform", true) && WORST("chessboard", (x + y) % 2 == 
 
 template <class Value>
 bool addLabels(const char* name, int32_t norm, Value value) {
-  return bench::add(name, {1}, [=](const Frame& f) {
-    const Turns<uint8_t> t(f, value, turns(f));
+  return add(name, 1, [=](const Frame& f) {
+    const Turns<uint8_t> t(f, value);
     auto labels = f.image<int32_t>();
     int32_t bytes;
     orviLabelMarkersGetBufferSize_8u32s_C1R(f.roi, &bytes);
@@ -146,8 +158,8 @@ const bool labels = addLabels("orviLabelMarkers_8u32s_C1R, norm 0", 0, cells) &&
                     addLabels("orviLabelMarkers_8u32s_C1R, norm 0, noise", 0, halfNoise) &&
                     addLabels("orviLabelMarkers_8u32s_C1R, norm 0, chessboard", 0, chess) &&
                     addLabels("orviLabelMarkers_8u32s_C1R, norm 1, comb", 1, comb);
-const bool labels8 = bench::add("orviLabelMarkers_8u_C1IR, norm 0", {1}, [](const Frame& f) {
-  const Turns<uint8_t> t(f, cells, turns(f));
+const bool labels8 = add("orviLabelMarkers_8u_C1IR, norm 0", 1, [](const Frame& f) {
+  const Turns<uint8_t> t(f, cells);
   const auto buffer = f.scratch(6 * f.roi.width * f.roi.height + 32);
   return [=] {
     int32_t count;
@@ -158,10 +170,9 @@ const bool labels8 = bench::add("orviLabelMarkers_8u_C1IR, norm 0", {1}, [](cons
 
 template <class T, class Mark>
 bool addSpeckles(const char* name, Mark mark) {
-  return bench::add(name, {sizeof(T)}, [=](const Frame& f) {
+  return add(name, sizeof(T), [=](const Frame& f) {
     const Turns<T> t(
-        f, [](int x, int y, uint32_t k) { return pattern(x, y, 16, k) / 16 * 4 + (noise(x, y, k) < 8) * 90; },
-        turns(f));
+        f, [](int x, int y, uint32_t k) { return pattern(x, y, 16, k) / 16 * 4 + (noise(x, y, k) < 8) * 90; });
     const auto buffer = f.scratch(13 * f.roi.width * f.roi.height);
     return [=] {
       t.next();
@@ -174,9 +185,8 @@ const bool speckles = addSpeckles<uint8_t>("orviMarkSpeckles_8u_C1IR", orviMarkS
                       addSpeckles<float>("orviMarkSpeckles_32f_C1IR", orviMarkSpeckles_32f_C1IR);
 
 bool addBounds(const char* name, int32_t norm) {
-  return bench::add(name, {1}, [=](const Frame& f) {
-    const Turns<uint8_t> t(
-        f, [](int x, int y, uint32_t k) { return pattern(x, y, 40, k) / 32 + 1; }, turns(f));
+  return add(name, 1, [=](const Frame& f) {
+    const Turns<uint8_t> t(f, [](int x, int y, uint32_t k) { return pattern(x, y, 40, k) / 32 + 1; });
     return [=] {
       t.next();
       orviBoundSegments_8u_C1IR(t.work.data, t.work.step, f.roi, 255, norm);
@@ -192,31 +202,37 @@ uint8_t photograph(int x, int y, uint32_t k) {
 }
 uint8_t seeds(int x, int y, uint32_t k) { return x % 20 == 7 && y % 20 == 9 ? (uint8_t)(noise(x, y, k) % 250 + 1) : 0; }
 
+// `count` images of each size.
 template <class Segment, class Value>
-bool addSegmentation(const std::string& name, int32_t norm, int32_t flags, int32_t bytesOfPixel, Segment segment,
-                     Value relief, int channels = 1) {
-  return bench::add(name, {channels}, [=](const Frame& f) {
-    Frame wide = f;
-    wide.roi.width *= channels;
-    const Turns<uint8_t> src(wide, relief, turns(f) / 2), t(f, seeds, turns(f) / 2);
-    const auto buffer = f.scratch(bytesOfPixel * (f.roi.width + 32) * (f.roi.height + 2) + 200);
-    return [=] {
-      const auto& p = src.source[t.next()];
-      segment(p.data, p.step, t.work.data, t.work.step, f.roi, norm, flags, buffer.get());
-    };
-  });
+bool addSegmentation(const std::string& name, int32_t norm, int32_t flags, Segment segment, Value relief,
+                     int channels = 1, int count = 4, std::vector<OrvSize> sizes = {}) {
+  return add(
+      name, channels,
+      [=](const Frame& f) {
+        Frame wide = f;
+        wide.roi.width *= channels;
+        const Turns<uint8_t> src(wide, relief, count), t(f, seeds, count);
+        const auto buffer = f.scratch(20 * (f.roi.width + 32) * (f.roi.height + 2) + 200);
+        return [=] {
+          const auto& p = src.source[t.next()];
+          segment(p.data, p.step, t.work.data, t.work.step, f.roi, norm, flags, buffer.get());
+        };
+      },
+      count, sizes);
 }
-#define WATERSHED(what, norm, flags, relief) \
-  addSegmentation("orviSegmentWatershed_8u_C1IR, " what, norm, flags, 20, orviSegmentWatershed_8u_C1IR, relief)
+#define WATERSHED(what, norm, flags, ...) \
+  addSegmentation("orviSegmentWatershed_8u_C1IR, " what, norm, flags, orviSegmentWatershed_8u_C1IR, __VA_ARGS__)
+#define GRADIENT(tag, what, norm, ...) \
+  addSegmentation("orviSegmentGradient_" #tag ", " what, norm, 0, orviSegmentGradient_##tag, __VA_ARGS__)
+const std::vector<OrvSize> growing = {{1024, 1024}, {2048, 2048}, {4096, 4096}};
 const bool segmentation =
     WATERSHED("queues, norm 0", 0, 1, photograph) && WATERSHED("queues, norm 1", 1, 1, photograph) &&
     WATERSHED("queues, norm 0, lines", 0, 1 | 128, photograph) && WATERSHED("sweeps, norm 0", 0, 2, photograph) &&
     WATERSHED("sweeps, norm 1", 1, 2, photograph) && WATERSHED("sweeps, norm 2", 2, 2, photograph) &&
     WATERSHED("sweeps, norm 3", 3, 2, photograph) && WATERSHED("sweeps, norm 0, lines", 0, 2 | 64, photograph) &&
-    WATERSHED("queues, norm 0, noise", 0, 1, noise) && WATERSHED("sweeps, norm 0, noise", 0, 2, noise) &&
-    addSegmentation("orviSegmentGradient_8u_C1IR, norm 0", 0, 0, 20, orviSegmentGradient_8u_C1IR, photograph) &&
-    addSegmentation("orviSegmentGradient_8u_C1IR, norm 1", 1, 0, 20, orviSegmentGradient_8u_C1IR, photograph) &&
-    addSegmentation("orviSegmentGradient_8u_C3IR, norm 0", 0, 0, 20, orviSegmentGradient_8u_C3IR, photograph, 3) &&
-    addSegmentation("orviSegmentGradient_8u_C1IR, norm 0, noise", 0, 0, 20, orviSegmentGradient_8u_C1IR, noise);
+    WATERSHED("queues, norm 0, noise", 0, 1, noise, 1, 1, growing) &&
+    WATERSHED("sweeps, norm 0, noise", 0, 2, noise, 1, 1, growing) && GRADIENT(8u_C1IR, "norm 0", 0, photograph) &&
+    GRADIENT(8u_C1IR, "norm 1", 1, photograph) && GRADIENT(8u_C3IR, "norm 0", 0, photograph, 3) &&
+    GRADIENT(8u_C1IR, "norm 0, noise", 0, noise, 1, 1, growing);
 
 }  // namespace

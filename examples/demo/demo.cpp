@@ -16,6 +16,7 @@
 #include "orvcore.h"
 #include "processor.h"
 #include "scene.h"
+#include "segments.h"
 #include "sheet.h"
 #include "statistics.h"
 
@@ -183,6 +184,7 @@ void run(const std::string& directory, const std::string& path) {
   showUndistortion(sheet);
   showSuperResolution(sheet, gray);
   showFlow(sheet, gray);
+  showSegments(sheet, photo);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 

@@ -9,6 +9,7 @@
 #include "core/checks.h"
 #include "segment/flood.h"
 #include "segment/level_queues.h"
+#include "segment/neighbours.h"
 #include "segment/watershed.h"
 #include <string.h>
 
@@ -50,7 +51,7 @@ struct Growth {
   static bool isLabel(uint8_t label) { return (uint8_t)(label - 1) < line; }
 
   // Queues the unlabelled pixels that touch a label; returns the smallest difference, 256 if there are none.
-  template <int Neighbours>
+  template <int Count>
   int32_t queueSeeds() {
     int32_t lowest = 256;
     for (ptrdiff_t y = 0; y < size.height; ++y)
@@ -59,7 +60,7 @@ struct Growth {
         if (*p != unlabelled) continue;
         const Loose<const uint8_t>* const pixel = src.row(y) + C * x;
         int32_t least = 256;
-        for (int k = 0; k < Neighbours; ++k) {
+        for (int k = 0; k < Count; ++k) {
           if (!isLabel(p[around[k]])) continue;
           const int32_t d = difference(pixel, pixel + srcAround[k]);
           least = d < least ? d : least;
@@ -73,31 +74,39 @@ struct Growth {
   }
 
   // lineCount: how many neighbours are asked for other labels.
-  template <int Neighbours>
+  template <int Count>
   void run(int lineCount) {
+    constexpr uint32_t used = (1u << Count) - 1;
     const RowOf rowOf((uint32_t)mapStride);
-    for (int32_t level = queueSeeds<Neighbours>(); level < 256;) {
+    const auto pixelAt = [&](uint32_t place) __attribute__((always_inline)) {
+      const ptrdiff_t y = rowOf(place);
+      return src.row(y - 1) + C * ((ptrdiff_t)place - y * mapStride - 1);
+    };
+    for (int32_t level = queueSeeds<Count>(); level < 256;) {
       if (queues.empty(level)) {
         ++level;
         continue;
       }
-      const uint32_t place = queues.pop(level);
+      const uint32_t place = queues.pop(level), soon = queues.ahead(level);
+      prefetchRows(labels + soon, mapStride), prefetchRows(pixelAt(soon), src.step);
       uint8_t* const p = labels + place;
-      const ptrdiff_t y = rowOf(place);
-      const Loose<const uint8_t>* const pixel = src.row(y - 1) + C * ((ptrdiff_t)place - y * mapStride - 1);
+      const Loose<const uint8_t>* const pixel = pixelAt(place);
+      const Neighbours<uint8_t> neighbours(loose(p), mapStride);
+      uint32_t open = neighbours.equalTo(unlabelled) & used;
       int32_t best = 256;
       uint8_t chosen = unlabelled;
-      for (int k = 0; k < Neighbours; ++k) {
+      for (uint32_t labelled = ~(open | neighbours.equalTo(waiting)) & used; labelled != 0; labelled &= labelled - 1) {
+        const int k = __builtin_ctz(labelled);
         const uint8_t label = p[around[k]];
-        if (label == waiting) continue;
         const int32_t d = difference(pixel, pixel + srcAround[k]);
-        if (label == unlabelled) {
-          queues.push(d, (uint32_t)(p + around[k] - labels));
-          p[around[k]] = waiting;
-          level = d < level ? d : level;
-        } else if (d < best || (d == best && label < line)) {
-          best = d, chosen = label;
-        }
+        if (d < best || (d == best && label < line)) best = d, chosen = label;
+      }
+      for (; open != 0; open &= open - 1) {
+        const int k = __builtin_ctz(open);
+        const int32_t d = difference(pixel, pixel + srcAround[k]);
+        queues.push(d, place + (uint32_t)around[k]);
+        p[around[k]] = waiting;
+        level = d < level ? d : level;
       }
       const uint8_t own = chosen;
       for (int k = 0; k < lineCount; ++k) {

@@ -4,8 +4,8 @@
 // so pushes and pops run along memory, and a pixel that is due soon can be seen ahead. A chunk is free again when its
 // last pixel has been popped. All chunks in use hold at least a pixel.
 //
-// Memory. A chunk has 16 words where the pixels make up for the two that a queue may hold nearly empty, else 2 words: 8
-// bytes a pixel are enough for all the pixels of an image, queued once each.
+// Memory. A chunk has 64 words where the pixels make up for the two that each queue may hold nearly empty, else 2
+// words: 8 bytes a pixel are enough for all the pixels of an image, queued once each.
 #pragma once
 #include "core/image.h"
 #include "core/variant.h"
@@ -16,7 +16,7 @@ class LevelQueues {
  public:
   // Memory of 8 bytes for each of `pixels`, at any address.
   LevelQueues(uint8_t* memory, int64_t pixels)
-      : words_(loose((uint32_t*)(void*)memory)), last_(pixels >= 16384 ? 15 : 1) {
+      : words_(loose((uint32_t*)(void*)memory)), last_(pixels >= 65536 ? 63 : 1) {
     for (Queue& q : queues_) q.head = q.tail = nowhere;
   }
 
@@ -77,6 +77,11 @@ class LevelQueues {
   uint32_t fresh_ = 0, free_ = nowhere;
   Queue queues_[256];
 };
+
+// Fetches a pixel that will be looked at soon, with the rows above and below it. Any address will do.
+__attribute__((always_inline)) static inline void prefetchRows(const void* pixel, ptrdiff_t step) {
+  for (ptrdiff_t y = -1; y <= 1; ++y) __builtin_prefetch((const void*)((uintptr_t)pixel + (uintptr_t)(y * step)));
+}
 
 // Rows of a number of pixels, without a division.
 class RowOf {

@@ -11,6 +11,7 @@
 // One body serves both variants.
 #include "segment/watershed.h"
 #include "segment/level_queues.h"
+#include "segment/neighbours.h"
 #include <string.h>
 
 namespace {
@@ -47,10 +48,10 @@ struct Flood {
     memcpy(around, offsets, sizeof around);
   }
 
-  template <int Count>
+  template <int Looked>
   Segments<T> segmentsAround(const Loose<T>* p) const {
     Segments<T> s;
-    for (int k = 0; k < Count; ++k) s.add(p[around[k]]);
+    for (int k = 0; k < Looked; ++k) s.add(p[around[k]]);
     return s;
   }
 
@@ -68,7 +69,7 @@ struct Flood {
 
   // Queues the labelled pixels with an unlabelled neighbour. With lines (LineCount 4 or 8 neighbours are looked at),
   // a pixel that touches another segment becomes one.
-  template <int Neighbours>
+  template <int Count>
   void queueSeeds(int32_t lineCount) {
     const ptrdiff_t stride = size.width + 2;
     for (ptrdiff_t y = 0; y < size.height; ++y) {
@@ -77,9 +78,8 @@ struct Flood {
         Loose<T>* const p = labels + (y + 1) * stride + x + 1;
         const T label = *p;
         if (label == 0) continue;
-        bool open = false;
-        for (int k = 0; k < Neighbours; ++k) open |= p[around[k]] == 0;
-        if (open) queues.push(relief[x], (uint32_t)(p - labels));
+        const uint32_t open = Neighbours<T>(p, stride).equalTo(0) & ((1u << Count) - 1);
+        if (open != 0) queues.push(relief[x], (uint32_t)(p - labels));
         if (lineCount == 0 || label == watershedLine<T>) continue;
         const Segments<T> s = lineCount == 4 ? segmentsAround<4>(p) : segmentsAround<8>(p);
         if (s.otherThan(label)) *p = watershedLine<T>;
@@ -88,7 +88,7 @@ struct Flood {
   }
 
   // LineCount: how many neighbours of a new pixel are asked for other segments; 0: no lines.
-  template <int Neighbours, int LineCount>
+  template <int Count, int LineCount>
   void run() {
     const ptrdiff_t stride = size.width + 2;
     const RowOf rowOf((uint32_t)stride);
@@ -104,17 +104,15 @@ struct Flood {
     for (int32_t level = 0; level < 256; ++level)
       while (!queues.empty(level)) {
         const uint32_t pixel = queues.pop(level), soon = queues.ahead(level);
-        __builtin_prefetch((const void*)((uintptr_t)labels + (soon - (uintptr_t)stride) * sizeof(T)));
-        __builtin_prefetch((const void*)((uintptr_t)labels + (soon + (uintptr_t)stride) * sizeof(T)));
+        prefetchRows(labels + soon, stride * (ptrdiff_t)sizeof(T)), prefetchRows(relief(soon), src.step);
         Loose<T>* const p = labels + pixel;
-        bool open = false;
-        for (int k = 0; k < Neighbours; ++k) open |= p[around[k]] == 0;
-        if (!open) continue;
+        uint32_t open = Neighbours<T>(p, stride).equalTo(0) & ((1u << Count) - 1);
+        if (open == 0) continue;
         const T label = *p;
         const Loose<const uint8_t>* const height = relief(pixel);
-        for (int k = 0; k < Neighbours; ++k) {
+        for (; open != 0; open &= open - 1) {
+          const int k = __builtin_ctz(open);
           Loose<T>* const q = p + around[k];
-          if (*q != 0) continue;
           const int32_t own = height[reliefAround[k]];
           queues.push(own > level ? own : level, pixel + (uint32_t)around[k]);
           if constexpr (LineCount == 0) {

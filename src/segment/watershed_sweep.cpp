@@ -25,10 +25,8 @@
 namespace {
 
 constexpr int32_t unset = 0x7FC00000;  // above every level
-enum Parent : uint8_t { seed, right, upRight, up, upLeft, left, downLeft, down, downRight, nobody };
+enum Parent : int32_t { seed, right, upRight, up, upLeft, left, downLeft, down, downRight, nobody };
 enum Metric { four, eight, marching };
-// What a pass does: gives each pixel a first value, looks at all, or at those beside a change.
-enum Pass { first, all, dirtyOnly };
 
 // How much earlier two fronts arrive than the first alone, by the distance between them.
 constexpr uint8_t earlier[64] = {19, 18, 18, 17, 17, 16, 16, 15, 15, 14, 14, 14, 13, 13, 12, 12, 11, 11, 11, 10, 10, 9,
@@ -36,14 +34,13 @@ constexpr uint8_t earlier[64] = {19, 18, 18, 17, 17, 16, 16, 15, 15, 14, 14, 14,
                                  2,  2,  2,  2,  2,  1,  1,  1,  1,  1,  1,  1,  0,  0,  0,  0,  0,  0,  0,  0};
 
 struct Candidate {
-  int32_t cost;
-  Parent parent;
+  int32_t cost, parent;
 };
 
 // The neighbouring row that a pass comes from.
 struct Side {
   int32_t row;
-  Parent straight, leftward, rightward;
+  int32_t straight, leftward, rightward;
 };
 constexpr Side above = {-1, up, upLeft, upRight}, below = {1, down, downLeft, downRight};
 
@@ -86,18 +83,18 @@ class Sweep {
     for (ptrdiff_t y = 0; y < height_; ++y) {
       initialise(y);
       if (y == 0) topRow();
-      else sweepRow<metric, first>(y, above);
+      else wholeRow<metric, false>(y, above);
     }
     bool changed = false;
-    for (ptrdiff_t y = height_ - 2; y >= 0; --y) changed |= sweepRow<metric, all>(y, below);
+    for (ptrdiff_t y = height_ - 2; y >= 0; --y) changed |= wholeRow<metric, true>(y, below);
     while (changed) {
       changed = false;
       for (ptrdiff_t y = 1; y < height_; ++y)
-        if (rowDirty_[y]) changed |= sweepRow<metric, dirtyOnly>(y, above);
+        if (rowDirty_[y]) changed |= dirtyRow<metric>(y, above);
       if (!changed) break;
       changed = false;
       for (ptrdiff_t y = height_ - 2; y >= 0; --y)
-        if (rowDirty_[y]) changed |= sweepRow<metric, dirtyOnly>(y, below);
+        if (rowDirty_[y]) changed |= dirtyRow<metric>(y, below);
     }
   }
 
@@ -138,79 +135,184 @@ class Sweep {
 
   static int32_t atLeast(int32_t level, int32_t cost) { return cost > level << 23 ? cost : level << 23; }
 
+  // b if `second`, without a branch.
+  static int32_t choose(bool second, int32_t a, int32_t b) { return a ^ ((a ^ b) & -(int32_t)second); }
+
   template <Metric metric>
-  __attribute__((always_inline)) Candidate better(Candidate a, Candidate b) const {
+  __attribute__((always_inline)) static Candidate better(Candidate a, Candidate b) {
     const bool second = b.cost < a.cost;
-    Candidate best = second ? b : a;
+    Candidate best = {choose(second, a.cost, b.cost), choose(second, a.parent, b.parent)};
     if (metric == marching) {
-      const int32_t distance = second ? a.cost - b.cost : b.cost - a.cost;
-      if (distance <= 63) best.cost -= earlier[distance];
+      const int32_t distance = choose(second, b.cost - a.cost, a.cost - b.cost);
+      best.cost -= earlier[distance < 63 ? distance : 63];
     }
     return best;
   }
 
-  // Sweeps row y to the right and back, from itself and the row at `side`; tells whether something changed.
-  template <Metric metric, Pass pass>
-  bool sweepRow(ptrdiff_t y, const Side& side) {
+  // The dirty pixels of row y, to the right and back, from the row itself and the row at `side`; tells whether
+  // something changed.
+  template <Metric metric>
+  bool dirtyRow(ptrdiff_t y, const Side& side) {
     const ptrdiff_t w = width_;
     const int32_t* const beside = cost_ + (y + side.row) * stride_;
     int32_t* const cost = cost_ + y * stride_;
-    const uint8_t *const parent = parent_ + y * stride_, *const dirty = dirty_ + y * stride_;
+    const uint8_t* const parent = parent_ + y * stride_;
+    const uint8_t* const dirty = dirty_ + y * stride_;
     const int32_t step = step_, diagonal = diagonal_;
     bool changed = false;
-    if (pass == dirtyOnly) rowDirty_[y] = 0;
-    const auto waits = [&](ptrdiff_t x) __attribute__((always_inline)) {
-      return parent[x] != seed && (pass != dirtyOnly || dirty[x] != 0);
-    };
-
-    if (waits(0)) changed |= give<pass != first>(y, 0, {beside[0] + step, side.straight}, pass == first);
-    for (ptrdiff_t x = 1; x < w; ++x) {
-      if (pass == dirtyOnly && (x = nextSet(dirty, x, w)) >= w) break;
-      if (!waits(x)) continue;
+    rowDirty_[y] = 0;
+    if (dirty[0] != 0 && parent[0] != seed) changed |= give(y, 0, {beside[0] + step, side.straight});
+    for (ptrdiff_t x = nextSet(dirty, 1, w); x < w; x = nextSet(dirty, x + 1, w)) {
+      if (parent[x] == seed) continue;
       Candidate best = {cost[x - 1] + step, left};
       if (metric == eight && beside[x - 1] + diagonal < best.cost) best = {beside[x - 1] + diagonal, side.leftward};
       best = better<metric>(best, {beside[x] + step, side.straight});
       if (metric == eight && x + 1 < w && beside[x + 1] + diagonal < best.cost)
         best = {beside[x + 1] + diagonal, side.rightward};
-      changed |= give<pass != first>(y, x, best, pass == first);
+      changed |= give(y, x, best);
     }
-    for (ptrdiff_t x = w - 2; x >= 0; --x) {
-      if (pass == dirtyOnly && (x = lastSet(dirty, x)) < 0) break;
-      if (!waits(x)) continue;
+    for (ptrdiff_t x = lastSet(dirty, w - 2); x >= 0; x = lastSet(dirty, x - 1)) {
+      if (parent[x] == seed) continue;
       Candidate best = {cost[x + 1] + step, right};
       if (metric != four) best = better<metric>(best, {beside[x] + step, side.straight});
-      changed |= give<pass != first>(y, x, best, false);
+      changed |= give(y, x, best);
     }
     return changed;
   }
 
-  // Gives pixel (x, y) a cost and the label of a neighbour if that is cheaper, or `always`. With Marks the neighbours
-  // of a pixel that changes are marked, and a label follows that of its parent.
-  template <bool Marks>
-  __attribute__((always_inline)) bool give(ptrdiff_t y, ptrdiff_t x, Candidate best, bool always) {
+  // Gives pixel (x, y) a cost and the label of a neighbour if that is cheaper, or the label that its parent has by now.
+  // The neighbours of a pixel that changes are marked.
+  __attribute__((always_inline)) bool give(ptrdiff_t y, ptrdiff_t x, Candidate best) {
     const ptrdiff_t i = y * stride_ + x;
     Loose<T>* const label = labels_.row(y) + x;
     const int32_t cost = atLeast(src_.row(y)[x], best.cost + 1);
-    if (cost < cost_[i] || always) {
+    dirty_[i] = 0;
+    if (cost < cost_[i]) {
       cost_[i] = cost;
-      parent_[i] = best.parent;
+      parent_[i] = (uint8_t)best.parent;
       *label = labelAt(label, best.parent);
     } else {
-      if (!Marks) return false;
       const T wanted = labelAt(label, parent_[i]);
-      dirty_[i] = 0;
       if (*label == wanted) return false;  // nobody's offset is 0: the pixel itself
       *label = wanted;
     }
-    if (Marks) {
-      dirty_[i] = 0;
-      if (x > 0) dirty_[i - 1] = 1;
-      if (x + 1 < width_) dirty_[i + 1] = 1;
-      dirty_[i - stride_] = dirty_[i + stride_] = 1;
-      rowDirty_[y - 1] = rowDirty_[y] = rowDirty_[y + 1] = 1;
-    }
+    if (x > 0) dirty_[i - 1] = 1;
+    if (x + 1 < width_) dirty_[i + 1] = 1;
+    dirty_[i - stride_] = dirty_[i + stride_] = 1;
+    rowDirty_[y - 1] = rowDirty_[y] = rowDirty_[y + 1] = 1;
     return true;
   }
+
+  // What is known of some pixels before the sweep to the right comes to them: the cheapest way from the other row, the
+  // cost that this way leaves, and the lowest cost there may be. Rows are worked on in pieces of this length.
+  static constexpr ptrdiff_t piece = 256;
+  struct Known {
+    int32_t way[piece], from[piece], bound[piece], floor[piece];
+  };
+
+  // `All`: each pixel has a cost; else only seeds have one, and all others get their first.
+  template <Metric metric, bool All>
+  void prepare(Known& k, ptrdiff_t y, ptrdiff_t x0, ptrdiff_t count, const Side& side) const {
+    const int32_t* const beside = cost_ + (y + side.row) * stride_ + x0;
+    const int32_t* const cost = cost_ + y * stride_ + x0;
+    const uint8_t* const parent = parent_ + y * stride_ + x0;
+    const Loose<const uint8_t>* const relief = src_.row(y) + x0;
+    const int32_t step = step_, diagonal = diagonal_;
+    for (ptrdiff_t i = 0; i < count; ++i) k.floor[i] = relief[i] << 23;
+    for (ptrdiff_t i = 0; i < count; ++i) k.way[i] = beside[i] + step, k.from[i] = side.straight;
+    if (metric == eight) {
+      for (ptrdiff_t i = 0; i < count; ++i) {  // in the order left, straight, right
+        const int32_t corner = beside[i - 1] + diagonal;
+        const bool nearer = corner <= k.way[i];
+        k.from[i] = choose(nearer, k.from[i], side.leftward);
+        k.way[i] = choose(nearer, k.way[i], corner);
+      }
+      const ptrdiff_t inner = x0 + count == width_ ? count - 1 : count;
+      for (ptrdiff_t i = 0; i < inner; ++i) {
+        const int32_t corner = beside[i + 1] + diagonal;
+        const bool nearer = corner < k.way[i];
+        k.from[i] = choose(nearer, k.from[i], side.rightward);
+        k.way[i] = choose(nearer, k.way[i], corner);
+      }
+    }
+    for (ptrdiff_t i = 0; i < count; ++i) k.bound[i] = All ? cost[i] : choose(parent[i] == seed, INT32_MAX, k.floor[i]);
+    if (metric != marching)
+      for (ptrdiff_t i = 0; i < count; ++i) {
+        const int32_t arrival = k.way[i] + 1 > k.floor[i] ? k.way[i] + 1 : k.floor[i];
+        k.bound[i] = arrival < k.bound[i] ? arrival : k.bound[i];
+      }
+  }
+
+  static int32_t larger(int32_t a, int32_t b) { return a > b ? a : b; }
+  static int32_t smaller(int32_t a, int32_t b) { return a < b ? a : b; }
+
+  // Row y as a whole, to the right and back. Only the shortest chain of operations goes from a pixel to the next: all
+  // that the other row says is prepared, and branches that nobody could predict are masks.
+  //
+  // Of the marks that the told order would set, those stay that no later look at the same pixel clears: on the pixel to
+  // the right of a change on the way back, and on the row that the pass comes from.
+  template <Metric metric, bool All>
+  bool wholeRow(ptrdiff_t y, const Side& side) {
+    const ptrdiff_t w = width_;
+    int32_t* const cost = cost_ + y * stride_;
+    uint8_t* const parent = parent_ + y * stride_;
+    uint8_t* const dirty = dirty_ + y * stride_;
+    uint8_t* const behind = dirty + side.row * stride_;
+    const int32_t* const beside = cost + side.row * stride_;
+    Loose<T>* const label = labels_.row(y);
+    const Loose<const uint8_t>* const relief = src_.row(y);
+    const int32_t step = step_;
+    uint8_t any = 0;
+    // Pixel x with a cost that is below its own if `taken`.
+    const auto settle = [&](ptrdiff_t x, int32_t now, bool taken, int32_t from) __attribute__((always_inline)) {
+      const int32_t parentNow = choose(taken, parent[x], from);
+      const T wanted = labelAt(label + x, (uint8_t)parentNow);
+      const uint8_t changed = (uint8_t)(taken | (wanted != label[x]));
+      cost[x] = now;
+      parent[x] = (uint8_t)parentNow;
+      label[x] = wanted;
+      if (All) behind[x] |= changed;
+      any |= changed;
+      return changed;
+    };
+
+    Known k;
+    for (ptrdiff_t x0 = 0; x0 < w; x0 += piece) {
+      const ptrdiff_t count = smaller(piece, (int32_t)(w - x0));
+      ptrdiff_t i = 0;
+      if (x0 == 0) {  // straight from the other row alone
+        const int32_t own = cost[0], now = larger(relief[0] << 23, beside[0] + step + 1);
+        const bool taken = All ? now < own : parent[0] != seed;
+        settle(0, choose(taken, own, now), taken, side.straight);
+        i = 1;
+      }
+      if (i < count) prepare<metric, All>(k, y, x0 + i, count - i, side);
+      int32_t before = x0 + i > 0 ? cost[x0 + i - 1] : 0;
+      for (ptrdiff_t j = 0; j < count - i; ++j) {
+        const ptrdiff_t x = x0 + i + j;
+        const int32_t way = before + step;
+        int32_t best = metric == marching ? better<marching>({way, left}, {k.way[j], up}).cost : way;
+        const int32_t now = smaller(k.bound[j], larger(k.floor[j], best + 1));
+        settle(x, now, All ? now < cost[x] : parent[x] != seed, choose(k.way[j] < way, left, k.from[j]));
+        before = now;
+      }
+    }
+    int32_t after = cost[w - 1];
+    if (All) dirty[w - 1] = 0;
+    for (ptrdiff_t x = w - 2; x >= 0; --x) {
+      const int32_t way = after + step, own = cost[x], straight = beside[x] + step;
+      // The way straight from the other row has been compared already, but for where two fronts help each other.
+      const int32_t best = metric == marching ? better<marching>({way, right}, {straight, up}).cost : way;
+      const int32_t now = smaller(own, larger(relief[x] << 23, best + 1));
+      const int32_t from = metric == marching ? choose(straight < way, right, side.straight) : (int32_t)right;
+      const uint8_t changed = settle(x, now, now < own, from);
+      if (All) dirty[x + 1] = changed;
+      after = now;
+    }
+    if (All) dirty[0] = 0;
+    return any != 0;
+  }
+
   __attribute__((always_inline)) T labelAt(const Loose<T>* label, uint8_t parent) const {
     return *(const Loose<T>*)((uintptr_t)label + (uintptr_t)toParent_[parent]);
   }

@@ -109,7 +109,7 @@ constexpr int lineFlags[4] = {0, orvWatershedBorder4, orvWatershedBorder8, orvWa
 template <class T>
 void compareQueues(const Form<T>& form) {
   Random r(seed());
-  for (const Shape& shape : shapes({150, 140})) {
+  for (const Shape& shape : shapes({300, 230})) {
     Case<T> c(form, r, shape);
     const int norm = r.in(0, 1), lines = lineFlags[r.in(0, 3)];
     Map want = c.labels(), relief = c.relief();
@@ -122,7 +122,7 @@ void compareQueues(const Form<T>& form) {
 template <class T>
 void compareGradient(const Form<T>& form) {
   Random r(seed());
-  for (const Shape& shape : shapes({150, 140})) {
+  for (const Shape& shape : shapes({300, 230})) {
     Case<T> c(form, r, shape);
     const int norm = r.in(0, 1), lines = lineFlags[r.in(0, 3)];
     Map want = c.labels();
@@ -164,7 +164,7 @@ Map cheapest(Map& relief, Map& labels) {
 template <class T>
 void sweepsFindCheapestWays(const Form<T>& form) {
   Random r(seed());
-  for (const Shape& shape : shapes({150, 140})) {
+  for (const Shape& shape : shapes({300, 230})) {
     Case<T> c(form, r, shape);
     Map seeds = c.labels(), relief = c.relief();
     Map cost = cheapest(relief, seeds);
