@@ -1,6 +1,18 @@
 # The vision library: one source list compiled as two variants, the stubs that choose between them, and the link.
 file(GLOB_RECURSE ORVCV_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.cpp)
 
+# Each source, or test, has the names of its own directory besides those of core.
+function(orvcv_own_names)
+  foreach(source ${ARGN})
+    get_filename_component(directory ${source} DIRECTORY)
+    get_filename_component(subsystem ${directory} NAME)
+    if(EXISTS ${PROJECT_SOURCE_DIR}/src/${subsystem}/names.h AND NOT subsystem STREQUAL core)
+      set_property(SOURCE ${source} APPEND PROPERTY COMPILE_DEFINITIONS "ORV_OWN_NAMES=\"${subsystem}/names.h\"")
+    endif()
+  endforeach()
+endfunction()
+orvcv_own_names(${ORVCV_SOURCES})
+
 # The sources of a list that the n8 variant needs: all but those whose head says that u8 serves both. The linker finds
 # a wrong claim, since a body of n8, or what it calls, would be undefined. Claims are read when the build is configured.
 function(orvcv_two_bodies result)
@@ -43,19 +55,20 @@ orvcv_two_bodies(ORVCV_N8_SOURCES ${ORVCV_SOURCES})
 orvcv_variant(n8 1 "${ORVCV_N8_SOURCES}" -mmovbe -mtune=silvermont)
 
 set(DISPATCH ${PROJECT_SOURCE_DIR}/src/dispatch)
+file(GLOB ORVCV_NAMES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*/names.def)
 add_library(orvcv_dispatch OBJECT ${DISPATCH}/stubs.S ${DISPATCH}/select.c)
 add_library(orvcv_width OBJECT ${PROJECT_SOURCE_DIR}/src/core/width.c)
 add_library(orvcv_width_forced OBJECT ${PROJECT_SOURCE_DIR}/src/core/width_forced.c)
 foreach(object orvcv_dispatch orvcv_width orvcv_width_forced)
   target_link_libraries(${object} PRIVATE orvcv_flags)
 endforeach()
-set_source_files_properties(${DISPATCH}/stubs.S PROPERTIES OBJECT_DEPENDS ${DISPATCH}/manifest.def)
+set_source_files_properties(${DISPATCH}/stubs.S PROPERTIES OBJECT_DEPENDS "${DISPATCH}/manifest.def;${ORVCV_NAMES}")
 
 # The export list, from the manifest.
 set(EXPORT_MAP ${PROJECT_BINARY_DIR}/exports.map)
 add_custom_command(OUTPUT ${EXPORT_MAP}
   COMMAND ${CMAKE_C_COMPILER} -E -P -x c -I${PROJECT_SOURCE_DIR}/src ${DISPATCH}/exports.map.in -o ${EXPORT_MAP}
-  DEPENDS ${DISPATCH}/exports.map.in ${DISPATCH}/manifest.def)
+  DEPENDS ${DISPATCH}/exports.map.in ${DISPATCH}/manifest.def ${ORVCV_NAMES})
 add_custom_target(orvcv_exports DEPENDS ${EXPORT_MAP})
 
 add_library(orvcv SHARED $<TARGET_OBJECTS:orvcv_dispatch> $<TARGET_OBJECTS:u8> $<TARGET_OBJECTS:n8>

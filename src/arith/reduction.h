@@ -11,6 +11,7 @@
 //   }, [](Slot* total, const Slot& band) { total->sum += band.sum; });
 #pragma once
 #include <stdint.h>
+#include "arith/names.h"
 #include "core/bands.h"
 #include "core/checks.h"
 #include "core/image.h"

@@ -3,7 +3,7 @@
 // The block may lie at any address, so its records are packed. V is the type of weights, thresholds and votes, int32_t
 // or float, and the same size.
 #pragma once
-#include "core/variant.h"
+#include "detect/names.h"
 #include "core/checks.h"
 
 struct __attribute__((packed)) OrvHaarClassifier {

@@ -1,5 +1,6 @@
 // Integral tables: their types, and the checks of their arguments.
 #pragma once
+#include "detect/names.h"
 #include "core/checks.h"
 #include "core/image.h"
 

@@ -31,6 +31,7 @@
 #define ONE(name)  entry name, u8_##name, u8_##name
 #define TWO(name)  entry name, u8_##name, n8_##name
 #define SWAP(name) entry name, n8_##name, u8_##name
+#define INTERNAL(name)
 #include "dispatch/manifest.def"
 
         .section .note.GNU-stack, "", @progbits

@@ -22,6 +22,7 @@
 // In place works for bytes: a source pixel is read before its result is stored, a seed is 0 before and after, and any
 // other pixel non-zero.
 #pragma once
+#include "distance/names.h"
 #include "core/image.h"
 
 namespace ORV_VARIANT {

@@ -2,7 +2,7 @@
 #pragma once
 #include <stdint.h>
 #include <string.h>
-#include "core/variant.h"
+#include "distance/names.h"
 
 namespace ORV_VARIANT {
 

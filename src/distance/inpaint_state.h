@@ -1,5 +1,6 @@
 // What inpainting prepares once for a mask, a distance map and a radius.
 #pragma once
+#include "distance/names.h"
 #include "core/image.h"
 
 // A pixel within the radius of another, at (-nx, -ny) from it, and the offsets to it.

@@ -34,6 +34,7 @@
 // which lends rows to the gradients until the tracing needs it as its stack.
 #pragma once
 #include <string.h>
+#include "features/names.h"
 #include "core/image.h"
 #include "core/scratch.h"
 

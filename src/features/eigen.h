@@ -1,5 +1,6 @@
 // What the eigenvalue detectors share: checks, derivatives, bands.
 #pragma once
+#include "features/names.h"
 #include "core/checks.h"
 #include "features/tensor.h"
 

@@ -1,6 +1,6 @@
 // The rings of the FastN test.
 #pragma once
-#include "core/variant.h"
+#include "features/names.h"
 
 namespace ORV_VARIANT {
 

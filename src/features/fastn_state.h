@@ -1,6 +1,7 @@
 // The state record of FastN, and the checks that its functions share.
 #pragma once
 #include <string.h>
+#include "features/names.h"
 #include "core/checks.h"
 #include "features/fastn_ring.h"
 

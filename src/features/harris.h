@@ -1,5 +1,6 @@
 // What the detectors by Harris' plan share: checks, gradients, borders and scratch.
 #pragma once
+#include "features/names.h"
 #include "core/checks.h"
 #include "features/harris_size.h"
 #include "features/tensor.h"

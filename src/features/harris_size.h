@@ -1,6 +1,6 @@
 // Scratch of the Harris response.
 #pragma once
-#include "core/variant.h"
+#include "features/names.h"
 
 namespace ORV_VARIANT {
 

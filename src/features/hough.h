@@ -3,6 +3,7 @@
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
+#include "features/names.h"
 #include "core/checks.h"
 
 namespace ORV_VARIANT {

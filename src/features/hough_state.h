@@ -2,6 +2,7 @@
 // by rho, in floats. It may lie at any address.
 #pragma once
 #include <stdint.h>
+#include "features/names.h"
 
 namespace ORV_VARIANT {
 

@@ -13,6 +13,7 @@
 //
 // Limitations. The scratch must hold tensorBytes() of at least one column.
 #pragma once
+#include "features/names.h"
 #include "core/image.h"
 #include "filter/gradient_vector.h"
 

@@ -12,9 +12,9 @@
 // Rows are chosen first, then columns inside the row: each side moves only its own coordinate, and a row that is
 // constant is so over its whole width.
 #pragma once
-#include "core/variant.h"
 #include <stddef.h>
 #include <stdint.h>
+#include "filter/names.h"
 
 namespace ORV_VARIANT {
 

@@ -8,6 +8,7 @@
 //   border
 // Source and destination must not overlap, but for the in-place forms. Scratch: none. Thread safety: all of them.
 #pragma once
+#include "filter/names.h"
 #include "filter/border.h"
 
 extern "C" {

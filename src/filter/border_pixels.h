@@ -1,6 +1,7 @@
 // Runs of pixels, the pieces of every border. A pixel is N bytes at any address, whatever its type and channels are.
 #pragma once
 #include <string.h>
+#include "filter/names.h"
 #include "filter/border.h"
 
 namespace ORV_VARIANT {

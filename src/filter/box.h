@@ -1,6 +1,6 @@
 // Mean of a box of any size around each pixel of a float image, for callers inside the library.
 #pragma once
-#include "core/variant.h"
+#include "filter/names.h"
 
 extern "C" {
 // Scratch size in bytes. maskSize: width and height of the box; dataType: 8u, 16u, 16s or 32f; numChannels: 1, 3 or 4.

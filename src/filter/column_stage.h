@@ -8,6 +8,7 @@
 // `width` counts pixels of `channels` elements. 16s sources round to nearest even in the first width & ~15 pixels of a
 // row and truncate in the rest; this difference is meant.
 #pragma once
+#include "filter/names.h"
 #include "core/image.h"
 
 namespace ORV_VARIANT {

@@ -14,6 +14,7 @@
 //
 // Limitations: source and window must not overlap, unless each source pixel lies already where the window puts it.
 #pragma once
+#include "filter/names.h"
 #include "core/checks.h"
 #include "filter/border.h"
 

@@ -7,6 +7,7 @@
 // copied.
 #pragma once
 #include <string.h>
+#include "filter/names.h"
 #include "core/image.h"
 #include "filter/row_border.h"
 

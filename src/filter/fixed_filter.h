@@ -21,6 +21,7 @@
 //     return fixedFilter<uint8_t, int16_t, int16_t>({src, srcStep, dst, ...}, sizes, WIDEST(Foo3), WIDEST(Foo5));
 //   }
 #pragma once
+#include "filter/names.h"
 #include "core/bands.h"
 #include "core/image.h"
 #include "core/scratch.h"

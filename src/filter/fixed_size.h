@@ -1,5 +1,6 @@
 // Scratch sizes of the filters with a fixed mask.
 #pragma once
+#include "filter/names.h"
 #include "core/frame.h"
 
 namespace ORV_VARIANT {

@@ -1,5 +1,6 @@
 // Smoothing of byte images with all sums in 16 bits: the fast path of the 8u Gaussian.
 #pragma once
+#include "filter/names.h"
 #include "filter/smoothing.h"
 
 namespace ORV_VARIANT {

@@ -1,7 +1,7 @@
 // The taps of Gaussian kernels.
 #pragma once
 #include <stdint.h>
-#include "core/variant.h"
+#include "filter/names.h"
 
 namespace ORV_VARIANT {
 

@@ -3,7 +3,7 @@
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
-#include "core/variant.h"
+#include "filter/names.h"
 
 namespace ORV_VARIANT {
 

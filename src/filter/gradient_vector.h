@@ -1,7 +1,7 @@
 // Gradients with magnitude and angle, for corner detection and colour gradients inside the library.
 #pragma once
 #include <stddef.h>
-#include "core/variant.h"
+#include "filter/names.h"
 
 extern "C" {
 // Codes of `norm`: |gx| + |gy|, or the root of the sum of squares.

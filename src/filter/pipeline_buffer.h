@@ -5,6 +5,7 @@
 // are reached through the caller's array.
 #pragma once
 #include <stddef.h>
+#include "filter/names.h"
 #include "core/bands.h"
 
 namespace ORV_VARIANT {

@@ -11,6 +11,7 @@
 // In both, a side in memory is read as it is (orvBorderInMem: both sides, whatever flags stand beside it), each other
 // side is made by the kind from the pixels of the row alone; a value that is no kind leaves its part untouched.
 #pragma once
+#include "filter/names.h"
 #include "filter/border_pixels.h"
 
 namespace ORV_VARIANT {

@@ -10,6 +10,7 @@
 //
 // Limitations. A destination row doesn't overlap its source row. Each running stage needs a strip of its own.
 #pragma once
+#include "filter/names.h"
 #include "core/image.h"
 
 namespace ORV_VARIANT {

@@ -1,5 +1,6 @@
 // Smoothing by the row and column stages of an element type.
 #pragma once
+#include "filter/names.h"
 #include "core/scratch.h"
 #include "filter/column_stage.h"
 #include "filter/row_ring.h"

@@ -1,7 +1,7 @@
 // What a smoothing call works on once its checks are done.
 #pragma once
+#include "filter/names.h"
 #include "core/image.h"
-#include "core/variant.h"
 #include "filter/border.h"
 
 namespace ORV_VARIANT {

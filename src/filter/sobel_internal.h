@@ -1,6 +1,6 @@
 // Sobel gradients for callers inside the library; what Vert and Horiz mean stands in orvcv/filter_fixed.h.
 #pragma once
-#include "core/variant.h"
+#include "filter/names.h"
 
 extern "C" {
 // Kinds 0, 1, 3, 4 and 6 with any side flags. Scratch as the size functions report it.

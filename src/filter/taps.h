@@ -4,7 +4,7 @@
 // correlation: tap 0 lies on the leftmost or topmost pixel.
 #pragma once
 #include <stdint.h>
-#include "core/variant.h"
+#include "filter/names.h"
 
 namespace ORV_VARIANT {
 

@@ -1,7 +1,7 @@
 // The whole-number weights of sub-pixel copies of bytes.
 #pragma once
 #include <stdint.h>
-#include "core/variant.h"
+#include "geometry/names.h"
 
 namespace ORV_VARIANT {
 

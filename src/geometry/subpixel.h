@@ -19,6 +19,7 @@
 #pragma once
 #include <stddef.h>
 #include <stdint.h>
+#include "geometry/names.h"
 #include "core/checks.h"
 #include "core/image.h"
 

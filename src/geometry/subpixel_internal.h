@@ -2,8 +2,8 @@
 // but only the pixels from min to max are computed and written.
 #pragma once
 #include <stddef.h>
+#include "geometry/names.h"
 #include "core/image.h"
-#include "core/variant.h"
 
 extern "C" {
 OrvStatus ownGetRectSubpix_8u16u_C1R_Sfs(const uint8_t* src, int32_t srcStep, OrvSize srcRoiSize, uint16_t* dst,

@@ -7,9 +7,9 @@
 #pragma once
 #include <stddef.h>
 #include <stdint.h>
+#include "geometry/names.h"
 #include "core/checks.h"
 #include "core/scratch.h"
-#include "core/variant.h"
 
 namespace ORV_VARIANT {
 

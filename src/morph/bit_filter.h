@@ -1,5 +1,6 @@
 // The arguments and checks that all mask filters of packed bits share.
 #pragma once
+#include "morph/names.h"
 #include "morph/bit_fold.h"
 #include "morph/morph_filter.h"
 

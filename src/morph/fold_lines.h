@@ -2,7 +2,7 @@
 #pragma once
 #include <stddef.h>
 #include <stdint.h>
-#include "core/variant.h"
+#include "morph/names.h"
 
 namespace ORV_VARIANT {
 

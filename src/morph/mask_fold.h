@@ -20,6 +20,7 @@
 //
 // Limitations. src and dst don't overlap. Not more than scratchBytes bytes are touched, wherever they start.
 #pragma once
+#include "morph/names.h"
 #include "morph/morph_state.h"
 
 namespace ORV_VARIANT {

@@ -1,5 +1,6 @@
 // A mask as runs of selected positions, and which lengths of runs are worth a line of their own.
 #pragma once
+#include "morph/names.h"
 #include "morph/morph_state.h"
 
 namespace ORV_VARIANT {

@@ -14,6 +14,7 @@
 // The scratch buffer has a piece for each fold and the intermediate image behind them. A record that was allocated
 // doesn't say how large such a piece is: there the intermediate image comes first and one piece for both folds behind.
 #pragma once
+#include "morph/names.h"
 #include "morph/bit_filter.h"
 #include "morph/subtract_lines.h"
 

@@ -1,5 +1,6 @@
 // Records that the library builds with memory of its own.
 #pragma once
+#include "morph/names.h"
 #include "morph/morph_state.h"
 
 namespace ORV_VARIANT {

@@ -1,5 +1,6 @@
 // Erosion and dilation of a region: the checks that all mask filters share, and the choice of the path.
 #pragma once
+#include "morph/names.h"
 #include "core/image.h"
 #include "filter/border.h"
 #include "morph/mask_fold.h"

@@ -6,8 +6,8 @@
 // The shape takes 64 bytes of an ellipse, 32 of others, none of an arbitrary mask in 8u and 32f and of packed bits. The
 // mask copy is aligned to 16 where the block has room for it; only 8u and 32f have tables of their own.
 #pragma once
-#include "core/variant.h"
 #include <string.h>
+#include "morph/names.h"
 #include "core/checks.h"
 #include "core/image.h"
 

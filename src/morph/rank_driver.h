@@ -17,6 +17,7 @@
 // rankBufferBytes() tells is always enough: narrow strips and few lines at a time make do with it.
 #pragma once
 #include <string.h>
+#include "morph/names.h"
 #include "core/checks.h"
 #include "core/image.h"
 #include "core/scratch.h"

@@ -1,6 +1,6 @@
 // Rank filters of 16-bit elements, for erosion and dilation: rank_filter.h tells the rest.
 #pragma once
-#include "core/variant.h"
+#include "morph/names.h"
 
 extern "C" {
 OrvStatus ownorviFilterMinBorderReplicate_16u_C1R(const uint16_t* src, int32_t srcStep, uint16_t* dst, int32_t dstStep,

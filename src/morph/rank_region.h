@@ -1,5 +1,6 @@
 // The extreme of a rectangle around each pixel, with sides in memory: the separable path of the mask filters.
 #pragma once
+#include "morph/names.h"
 #include "morph/mask_fold.h"
 
 namespace ORV_VARIANT {

@@ -5,6 +5,7 @@
 // read. Rows beyond a side that isn't in memory stand for the nearest row, whose slot is named again. So the rows of a
 // window are a rising sequence of image rows, and two that differ never share a slot.
 #pragma once
+#include "morph/names.h"
 #include "filter/border.h"
 
 namespace ORV_VARIANT {

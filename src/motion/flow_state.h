@@ -2,6 +2,7 @@
 #pragma once
 #include <stddef.h>
 #include <stdint.h>
+#include "motion/names.h"
 #include "core/primitives.h"
 #include "core/checks.h"
 #include "core/scratch.h"

@@ -14,6 +14,7 @@
 //
 // Limitations. No memory is allocated, nothing is threaded but the filters inside derive().
 #pragma once
+#include "motion/names.h"
 #include "core/image.h"
 #include "geometry/subpixel_internal.h"
 #include "motion/flow_state.h"

@@ -1,5 +1,6 @@
 // Optical flow of the three element types.
 // One body serves both variants.
+#include "filter/names.h"
 #include "motion/flow_tracker.h"
 
 namespace {

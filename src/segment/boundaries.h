@@ -1,6 +1,6 @@
 // Boundaries by priority, which the watershed draws with.
 #pragma once
-#include "core/variant.h"
+#include "segment/names.h"
 
 extern "C" {
 // As orviBoundSegments, but of two differing neighbours the one with the larger priority becomes `border`; with equal

@@ -10,6 +10,7 @@
 // The columns of the parent needn't be kept: they are filled, hence refused when the row behind is scanned. Places are
 // 31 bits, which is more than a size of 32 bits can report.
 #pragma once
+#include "segment/names.h"
 #include "core/checks.h"
 #include "core/image.h"
 

@@ -7,8 +7,8 @@
 // Memory. A chunk has 64 words where the pixels make up for the two that each queue may hold nearly empty, else 2
 // words: 8 bytes a pixel are enough for all the pixels of an image, queued once each.
 #pragma once
+#include "segment/names.h"
 #include "core/image.h"
-#include "core/variant.h"
 
 namespace ORV_VARIANT {
 

@@ -4,6 +4,7 @@
 // left, down right.
 #pragma once
 #include <type_traits>
+#include "segment/names.h"
 #include "core/image.h"
 
 namespace ORV_VARIANT {

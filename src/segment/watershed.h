@@ -1,7 +1,7 @@
 // The two engines of the watershed. No checks; `markers` grows in place.
 #pragma once
+#include "segment/names.h"
 #include "core/image.h"
-#include "core/variant.h"
 
 namespace ORV_VARIANT {
 

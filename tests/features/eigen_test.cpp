@@ -2,6 +2,9 @@
 // One body serves both variants.
 #include "framework/sweep.h"
 #include "reference/tensor.h"
+#ifdef ORV_VARIANT
+#include "filter/names.h"  // sizes are made of those of filters
+#endif
 
 using namespace test;
 

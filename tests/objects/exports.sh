@@ -1,5 +1,7 @@
-# The library exports the names of the manifest and nothing else. $1 library, $2 manifest
+# The library exports the names of the lists and nothing else. $1 library, then the lists
 set -eu
-exported=$(nm -D --defined-only "$1" | awk '{print $3}' | sort)
-listed=$(sed -nE 's/^(ONE|TWO|SWAP)\((.*)\)$/\2/p' "$2" | sort)
+library=$1
+shift
+exported=$(nm -D --defined-only "$library" | awk '{print $3}' | sort)
+listed=$(sed -nE 's/^(ONE|TWO|SWAP)\((.*)\)$/\2/p' "$@" | sort)
 [ -n "$listed" ] && diff <(echo "$listed") <(echo "$exported")

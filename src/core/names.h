@@ -1,0 +1,9 @@
+// The names of the frame and its primitives, renamed for the variant and declared. A source has those of its own
+// directory by itself; headers that other directories read include this one.
+#pragma once
+#include "core/variant.h"
+#include "core/rename.h"
+#include "core/names.def"
+#include "core/renamed.h"
+#include "orvcv/version.h"
+#include "orvcv/angle.h"
