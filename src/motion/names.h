@@ -6,3 +6,5 @@
 #include "motion/names.def"
 #include "core/renamed.h"
 #include "orvcv/optical_flow.h"
+#include "orvcv/motion_history.h"
+#include "orvcv/foreground.h"
