@@ -10,12 +10,12 @@ namespace {
 
 using State = OrvForegroundHistogramState;
 
-int32_t distance(int32_t a, int32_t b) { return a > b ? a - b : b - a; }
+uint8_t distance(uint8_t a, uint8_t b) { return (uint8_t)(a > b ? a - b : b - a); }
 
 // The largest difference that is no change, by the counts of all differences: the largest standard deviation of those
 // from t on, over all t, but at least 10; whole, as differences are. Sums are exact, and the square root of the largest
 // variance is the largest root.
-int32_t changeThreshold(const uint32_t* counts) {
+uint8_t changeThreshold(const uint32_t* counts) {
   int64_t count = counts[255], sum = count * 255, squares = sum * 255;
   double largest = 0;
   for (int64_t t = 254; t >= 0; --t) {
@@ -27,26 +27,27 @@ int32_t changeThreshold(const uint32_t* counts) {
     if (variance > largest) largest = variance;
   }
   const double deviation = __builtin_sqrt(largest);
-  return deviation > 10 ? (int32_t)deviation : 10;
+  return (uint8_t)(deviation > 10 ? (int32_t)deviation : 10);
 }
 
-// Counts of differences, in several tables in turn: a count that waits for the store before it would take most of the
-// time, and differences are mostly alike.
+// Counts of differences, in several tables a channel in turn: a count that waits for the store before it would take
+// most of the time, and differences are mostly alike.
 template <int C>
 struct Counts {
-  static constexpr int perChannel = C == 1 ? 4 : 1, tables = C * perChannel;
+  static constexpr int tables = C == 1 ? 4 : 2 * C;  // table k: channel k % C
   uint32_t table[tables][256] = {};
 
   void add(const Loose<const uint8_t>* a, const Loose<uint8_t>* b, ptrdiff_t width) {
     ptrdiff_t x = 0;
     for (; x + tables <= width; x += tables)
+#pragma GCC unroll 6
       for (ptrdiff_t k = 0; k < tables; ++k) ++table[k][distance(a[x + k], b[x + k])];
-    for (; x < width; ++x) ++table[0][distance(a[x], b[x])];  // less than a pixel is never left in C3 forms
+    for (ptrdiff_t k = 0; x < width; ++k, ++x) ++table[k][distance(a[x], b[x])];
   }
-  int32_t threshold(int channel) {
-    uint32_t* const counts = table[channel * perChannel];
-    for (int k = 1; k < perChannel; ++k)
-      for (int i = 0; i < 256; ++i) counts[i] += table[channel * perChannel + k][i];
+  uint8_t threshold(int channel) {
+    uint32_t* const counts = table[channel];
+    for (int k = channel + C; k < tables; k += C)
+      for (int i = 0; i < 256; ++i) counts[i] += table[k][i];
     return changeThreshold(counts);
   }
 };
@@ -56,16 +57,21 @@ template <int C>
 void markChanges(Plane<const uint8_t> src, Plane<uint8_t> other, OrvSize roi, Plane<uint8_t> mask) {
   Counts<C> counts;
   for (ptrdiff_t y = 0; y < roi.height; ++y) counts.add(src.row(y), other.row(y), (ptrdiff_t)roi.width * C);
-  int32_t threshold[C];
+  constexpr ptrdiff_t block = 64;  // pixels; elements first, as they stand, then pixels of C elements
+  uint8_t threshold[block * C], beyond[block * C];
   for (int c = 0; c < C; ++c) threshold[c] = counts.threshold(c);
+  for (ptrdiff_t i = C; i < block * C; ++i) threshold[i] = threshold[i - C];
   for (ptrdiff_t y = 0; y < roi.height; ++y) {
-    const auto* const a = src.row(y);
-    const auto* const b = other.row(y);
-    auto* const m = mask.row(y);
-    for (ptrdiff_t x = 0; x < roi.width; ++x) {
-      bool changed = false;
-      for (int c = 0; c < C; ++c) changed |= distance(a[x * C + c], b[x * C + c]) > threshold[c];
-      m[x] = (uint8_t)-changed;
+    for (ptrdiff_t x = 0; x < roi.width; x += block) {
+      const ptrdiff_t count = roi.width - x < block ? roi.width - x : block;
+      const auto* const a = src.row(y) + x * C;
+      const auto* const b = other.row(y) + x * C;
+      auto* const m = mask.row(y) + x;
+      for (ptrdiff_t i = 0; i < count * C; ++i) beyond[i] = (uint8_t) - (distance(a[i], b[i]) > threshold[i]);
+      for (ptrdiff_t i = 0; i < count; ++i) {
+        m[i] = beyond[i * C];
+        for (int c = 1; c < C; ++c) m[i] = m[i] | beyond[i * C + c];
+      }
     }
   }
 }

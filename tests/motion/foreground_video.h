@@ -1,52 +1,87 @@
-// What the tests of foreground models share: a video, and the refusals of their functions.
+// What the tests of foreground models share: a video, and refusals.
 #pragma once
 #include <algorithm>
 #include "framework/sweep.h"
+#include "reference/foreground.h"
 
 namespace test {
 
-// Pixels of several habits: still, one of two values in turn, noise, near black, anything. Now and then all change what
-// they are about; `dark` makes every pixel near black.
+// Pixels of several habits: still, one of two values in turn, noise, near black, anything. Now and then half of them
+// change what they are about; `dark` makes every pixel near black.
 struct Video {
-  std::vector<uint8_t> base;
+  OrvSize roi;
+  int channels, pixels;
+  Image<uint8_t> src, back, mask;
+  std::vector<uint8_t> about;
 
-  void draw(Random& r, Image<uint8_t>& image, int channels, bool dark = false) {
-    image.fill(r, false);
-    base.resize((size_t)(image.height() * image.elements()));
-    const bool moves = r.one(40);
-    for (int y = 0; y < image.height(); ++y)
-      for (int x = 0; x < image.elements(); ++x) {
-        uint8_t& b = base[(size_t)(y * image.elements() + x)];
-        if (moves && r.one(2)) b = (uint8_t)r.next();
-        const int habit = dark ? 3 : (x / channels + 2 * y) % 5;
-        const int values[] = {b, b ^ (r.one(2) ? 64 : 0), b + r.in(-6, 6), r.in(0, 9), r.in(0, 255)};
-        image.set(x, y, (uint8_t)values[habit]);
-      }
-    image.keep();
+  Video(Random& r, Shape shape, int count)
+      : roi{shape.width, shape.height},
+        channels(count),
+        pixels(shape.width * shape.height),
+        src(r, shape.width, shape.height, count),
+        back(r, shape.width, shape.height, count),
+        mask(r, shape.width, shape.height, 1),
+        about((size_t)(pixels * count)) {
+    draw(r);
   }
+  void draw(Random& r, bool dark = false) {
+    src.fill(r, false);
+    const bool moves = r.one(40);
+    for (int i = 0; i < pixels * channels; ++i) {
+      uint8_t& b = about[(size_t)i];
+      if (moves && r.one(2)) b = (uint8_t)r.next();
+      const int values[] = {b, b ^ (r.one(2) ? 64 : 0), b + r.in(-6, 6), r.in(0, 9), r.in(0, 255)};
+      src.set(i % src.elements(), i / src.elements(), (uint8_t)values[dark ? 3 : i / channels % 5]);
+    }
+    src.keep();
+  }
+  const uint8_t* pixel(int i) const { return src.data() + i / roi.width * src.step() + i % roi.width * channels; }
+  uint8_t& maskOf(int i) const { return mask.data()[i / roi.width * mask.step() + i % roi.width]; }
+  bool onlyOutputsChanged() const { return src.unchanged() && back.onlyRegionChanged() && mask.onlyRegionChanged(); }
 };
 
-// Refusals of init and free, and of memory: each allocation fails once.
-template <class State>
-void checkInit(OrvStatus (*init)(const uint8_t*, int32_t, OrvSize, const void*, State**), OrvStatus (*release)(State*),
-               int channels, int allocations) {
-  const int model = 0;
+// Runs follow(random, video) on videos of many shapes.
+template <class Follow>
+void forVideos(const Follow& follow) {
+  Random r(seed());
+  for (int i = 0; i < (quick() ? 4 : 12); ++i) {
+    const Shape shape = i % 4 < 2 ? Shape{r.in(1, 20), r.in(1, 4)} : Shape{r.in(60, 140), 1};
+    const Context context(detail::describe("video", shape) + (i % 2 ? " C3" : " C1"));
+    Video video(r, shape, i % 2 ? 3 : 1);
+    follow(r, video);
+  }
+  CHECK(steeredLiveAllocations() == 0);
+}
+
+// The checks of a function that takes a frame first; `nulls` images in front of the ROI, and a null state behind it.
+template <class Function, class... Role>
+void walkFrame(Function function, std::vector<int> nulls, Role... roles) {
+  std::vector<Told> order = pointersThenSizes(nulls, (int)sizeof...(roles) - 2);
+  order.push_back({Fault::smallStep, 0});
+  walkArguments("a frame", function, order, roles...);
+}
+
+// Refusals of init and free; each allocation fails once; sizes beyond all memory, of which nothing is read.
+template <class State, class Init, class Free>
+void checkInit(Init init, Free release, int channels, int allocations) {
+  Random r(seed());
+  const Video video(r, {13, 5}, channels);
+  const auto make = [&](OrvSize roi, const void* model, State** state) {
+    return init(video.src.data(), roi.width > 13 ? INT32_MAX : video.src.step(), roi, model, state);
+  };
+  State* state = nullptr;
   walkArguments("init", init,
                 {{Fault::null, 0}, {Fault::null, 3}, {Fault::width, 1}, {Fault::height, 1}, {Fault::smallStep, 0}},
-                In<uint8_t>(channels), Roi(), Value<const void*>({&model}), Result<State*>());
-  const uint8_t frame[4 * 3 * 3] = {};
-  const OrvSize roi = {4, 3};
-  State* state = nullptr;
-  CHECK(init(frame, 12, roi, nullptr, &state) == orvStatusNullPtr && release(nullptr) == orvStatusNullPtr);
-  for (int kth = 1; kth <= allocations; ++kth) {
-    steerFailAllocation(kth);
-    CHECK(init(frame, 12, roi, &model, &state) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
+                In<uint8_t>(channels), Roi(), Value<const void*>({&video}), Result<State*>());
+  CHECK(make(video.roi, nullptr, &state) == orvStatusNullPtr && release(nullptr) == orvStatusNullPtr);
+  for (int kth = 0; kth <= allocations + 1; ++kth) {
+    steerFailAllocation(kth <= allocations ? kth : 0);
+    const OrvSize roi = kth == 0 ? OrvSize{1 << 28, INT32_MAX} : video.roi;
+    const OrvStatus want = kth <= allocations ? orvStatusNoMem : orvStatusOk;
+    CHECK(make(roi, &video, &state) == want && !state == (want != orvStatusOk), "allocation %d", kth);
+    if (state) CHECK(steeredAllocations() == allocations && release(state) == orvStatusOk);
+    CHECK(steeredLiveAllocations() == 0);
   }
-  // more than can be asked for; nothing is read
-  CHECK(init(frame, 1 << 20, {65536, 1 << 15}, &model, &state) == orvStatusNoMem && steeredLiveAllocations() == 0);
-  steerFailAllocation(0);
-  CHECK(init(frame, 12, roi, &model, &state) == orvStatusOk && steeredAllocations() == allocations);
-  CHECK(release(state) == orvStatusOk && steeredLiveAllocations() == 0);
 }
 
 }  // namespace test
