@@ -23,7 +23,7 @@ void follow(Random& r, Video& v) {
   std::vector<reference::CountedMixture> plain;
   for (int i = 0; i < v.pixels; ++i) plain.emplace_back(v.pixel(i), v.channels);
   for (int frame = 1; frame <= 240; ++frame) {
-    if (frame > 1) v.draw(r, frame == 200 || (frame > 200 && r.one(9)));
+    if (frame > 1) v.draw(r, frame == 200 || (frame > 200 && r.one(9)) ? 3 : -1);
     CHECK(call.run(v.src.data(), v.src.step(), v.back.data(), v.back.step(), v.mask.data(), v.mask.step(), v.roi,
                    state) == orvStatusOk);
     for (int i = 0; i < v.pixels; ++i) {
