@@ -48,7 +48,7 @@ TEST(refusals) {
     uint8_t p[13 * 5 * 3] = {};
     State* state = nullptr;
     CHECK(call.init(p, 39, {13, 5}, p, &state) == orvStatusOk);
-    walkFrame(call.run, {0, 1, 2}, In<uint8_t>(channels), Out<uint8_t>(channels), Out<uint8_t>(), Roi(),
+    walkFrame(call.run, 3, In<uint8_t>(channels), Out<uint8_t>(channels), Out<uint8_t>(), Roi(),
               Value<State*>({state}));
     CHECK(call.run(p, 39, p, 39, p, 39, {13, 5}, nullptr) == orvStatusNullPtr);
     CHECK(call.run(p, 42, p, 42, p, 42, {14, 5}, state) == orvStatusSize);
