@@ -6,3 +6,4 @@
 #include "motion/names.def"
 #include "core/renamed.h"
 #include "orvcv/optical_flow.h"
+#include "orvcv/pyramid.h"
