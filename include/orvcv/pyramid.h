@@ -7,7 +7,7 @@
  *
  *   const int16_t kernel[5] = {1, 4, 6, 4, 1};
  *   OrvPyramid* p;
- *   OrvPyramidDownState_8u_C1R* down;
+ *   OrvPyramidDownState* down;
  *   orviPyramidInitAlloc(&p, 3, size, 2.f);
  *   orviPyramidLayerDownInitAlloc_8u_C1R(&down, size, 2.f, kernel, 5, 2);
  *   p->images[0] = frame, p->steps[0] = frameStep;
@@ -114,6 +114,114 @@ OrvStatus orviPyramidInitAlloc(OrvPyramid** pyramid, int32_t level, OrvSize roiS
 
 /* Frees the record and its arrays, but no image. Returns orvStatusNullPtr for null. */
 OrvStatus orviPyramidFree(OrvPyramid* pyramid);
+
+/* States of the layer steps. One serves any number of calls, one at a time, for regions up to the one it was made for;
+ * nothing checks that, and a larger one overruns its memory. The type of the functions must be that of the state. */
+typedef struct OrvPyramidDownState OrvPyramidDownState;
+typedef struct OrvPyramidUpState OrvPyramidUpState;
+
+/* Layer step down, by a rate of more than 1 up to 10: the source is filtered with a kernel of kerSize taps (odd, at
+ * least 3), which is normalised to a sum of 1, along rows and columns, then sampled at i * rate between the two nearest
+ * pixels of each direction. At rates within 2e-5 of 2 every second pixel is taken. `mode` must be 2.
+ *
+ * Of the kernel the left half and the centre are used; a right half that isn't its reflection is ignored and gives the
+ * warning orvStatusSymKernelWarn (the state is made). A kernel whose sum is 0 is taken as it is. 16-bit taps in units
+ * of 2^-13 (8u) and 2^-12 (16u) of the sum wrap: none may exceed 4 or 8 times the sum. Beyond the sides pixels are
+ * mirrored about the outermost one, as often as need be.
+ *
+ *   8u    row sums S >> 8, saturated to 16 bits; column sums (S + 2^14) >> 15, saturated: 8 times the pixel
+ *   16u   row sums S >> 10, column sums (S + 2^10) >> 11, in 32 bits, which wrap (kernels with large negative lobes)
+ *   32f   in single precision, from the centre outwards: k0 p0 + k1 (p[-1] + p[1]) + ...
+ *
+ * If width or height don't exceed kerSize, each product of a row sum is shifted by itself (8u, 16u). Sampling: in
+ * single precision b * f + a * (1 - f), rows first; 8u and 16u: + 0.5 and truncated each time, at last (v + 4) >> 3,
+ * saturated. 8u C1 with 5 taps at rate 2, larger than the kernel: (S + 3 * 2^16) >> 18 of the column sums at once.
+ *
+ * Creation returns, in order: orvStatusNullPtr (state, kernel), orvStatusSize, orvStatusBadArg (mode, rate, kerSize),
+ * orvStatusNoMem; then orvStatusOk or orvStatusSymKernelWarn. srcRoi is the largest region that the state will meet.
+ *
+ * The step returns, in order: orvStatusNullPtr (src, dst, state), orvStatusSize (srcRoi), orvStatusStep (srcStep, then
+ * dstStep below a row), orvStatusStepAlign (16u, 32f), orvStatusBadArg (rate), orvStatusSize (dstRoi). dstRoi must be
+ * the size that orviGetPyramidDownROI reports, unless the state's region is larger than the kernel and srcRoi has the
+ * height of one of its levels: then it must be the size of the level below the first of that height, whatever the width.
+ * So a pyramid of a wide image can't be walked on with one state where all heights are 1.
+ *
+ * Large regions are worked on by a team, of at most the threads that the library had when the state was made. */
+OrvStatus orviPyramidLayerDownInitAlloc_8u_C1R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
+                                               const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerDownInitAlloc_8u_C3R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
+                                               const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerDownInitAlloc_16u_C1R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
+                                                const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerDownInitAlloc_16u_C3R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
+                                                const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerDownInitAlloc_32f_C1R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
+                                                const float* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerDownInitAlloc_32f_C3R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
+                                                const float* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerDown_8u_C1R(const uint8_t* src, int32_t srcStep, OrvSize srcRoi, uint8_t* dst,
+                                      int32_t dstStep, OrvSize dstRoi, OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDown_8u_C3R(const uint8_t* src, int32_t srcStep, OrvSize srcRoi, uint8_t* dst,
+                                      int32_t dstStep, OrvSize dstRoi, OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDown_16u_C1R(const uint16_t* src, int32_t srcStep, OrvSize srcRoi, uint16_t* dst,
+                                       int32_t dstStep, OrvSize dstRoi, OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDown_16u_C3R(const uint16_t* src, int32_t srcStep, OrvSize srcRoi, uint16_t* dst,
+                                       int32_t dstStep, OrvSize dstRoi, OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDown_32f_C1R(const float* src, int32_t srcStep, OrvSize srcRoi, float* dst, int32_t dstStep,
+                                       OrvSize dstRoi, OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDown_32f_C3R(const float* src, int32_t srcStep, OrvSize srcRoi, float* dst, int32_t dstStep,
+                                       OrvSize dstRoi, OrvPyramidDownState* state);
+
+/* Returns orvStatusNullPtr for null. */
+OrvStatus orviPyramidLayerDownFree_8u_C1R(OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDownFree_8u_C3R(OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDownFree_16u_C1R(OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDownFree_16u_C3R(OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDownFree_32f_C1R(OrvPyramidDownState* state);
+OrvStatus orviPyramidLayerDownFree_32f_C3R(OrvPyramidDownState* state);
+/* Layer step up: each source pixel k is spread by the kernel around the place k * rate of the result (between two taps
+ * where it lies between two pixels), along rows, then along columns, and each pixel of the result is divided by the sum
+ * of the weights that it got. dstRoi may be any size that orviGetPyramidUpROI allows.
+ *
+ * The kernel is treated as above; taps are in units of 2^-13 of the sum for 8u and 16u. Source pixels mirrored beyond
+ * the sides are spread, too. The weights are those that an unbounded source would give, summed over the larger side for
+ * both; so a flat image may have a darker last row or column. 8u: intermediate values are 128 times the pixel, rounded;
+ * 16u: in single precision, truncated at last; 32f: in single precision.
+ *
+ * Creation as above. The step returns what the step down does; orvStatusSize for a dstRoi out of range, and then
+ * orvStatusNoMem, since it allocates memory for the call. */
+OrvStatus orviPyramidLayerUpInitAlloc_8u_C1R(OrvPyramidUpState** state, OrvSize srcRoi, float rate,
+                                             const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerUpInitAlloc_8u_C3R(OrvPyramidUpState** state, OrvSize srcRoi, float rate,
+                                             const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerUpInitAlloc_16u_C1R(OrvPyramidUpState** state, OrvSize srcRoi, float rate,
+                                              const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerUpInitAlloc_16u_C3R(OrvPyramidUpState** state, OrvSize srcRoi, float rate,
+                                              const int16_t* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerUpInitAlloc_32f_C1R(OrvPyramidUpState** state, OrvSize srcRoi, float rate,
+                                              const float* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerUpInitAlloc_32f_C3R(OrvPyramidUpState** state, OrvSize srcRoi, float rate,
+                                              const float* kernel, int32_t kerSize, int32_t mode);
+OrvStatus orviPyramidLayerUp_8u_C1R(const uint8_t* src, int32_t srcStep, OrvSize srcRoi, uint8_t* dst, int32_t dstStep,
+                                    OrvSize dstRoi, OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUp_8u_C3R(const uint8_t* src, int32_t srcStep, OrvSize srcRoi, uint8_t* dst, int32_t dstStep,
+                                    OrvSize dstRoi, OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUp_16u_C1R(const uint16_t* src, int32_t srcStep, OrvSize srcRoi, uint16_t* dst,
+                                     int32_t dstStep, OrvSize dstRoi, OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUp_16u_C3R(const uint16_t* src, int32_t srcStep, OrvSize srcRoi, uint16_t* dst,
+                                     int32_t dstStep, OrvSize dstRoi, OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUp_32f_C1R(const float* src, int32_t srcStep, OrvSize srcRoi, float* dst, int32_t dstStep,
+                                     OrvSize dstRoi, OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUp_32f_C3R(const float* src, int32_t srcStep, OrvSize srcRoi, float* dst, int32_t dstStep,
+                                     OrvSize dstRoi, OrvPyramidUpState* state);
+
+/* Returns orvStatusNullPtr for null. */
+OrvStatus orviPyramidLayerUpFree_8u_C1R(OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUpFree_8u_C3R(OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUpFree_16u_C1R(OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUpFree_16u_C3R(OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUpFree_32f_C1R(OrvPyramidUpState* state);
+OrvStatus orviPyramidLayerUpFree_32f_C3R(OrvPyramidUpState* state);
 
 #ifdef __cplusplus
 }
