@@ -36,12 +36,50 @@ HWY_INLINE V FiveTaps(D d, V a, V b, V c, V e, V f) {
   return hn::Add(hn::Add(sum, hn::Mul(four, e)), f);
 }
 
-// Pixels 1 to last - 1 of a row of last + 1. `scratch` of twice a row is for three channels.
+// The last lane of `before`, then all of v but its last; all of v but its first, then the first lane of `behind`.
+using V = hn::VFromD<hn::ScalableTag<float>>;
+HWY_INLINE V Delayed(V before, V v) {
+#if HWY_TARGET <= HWY_AVX3
+  return V{_mm512_castsi512_ps(_mm512_alignr_epi32(_mm512_castps_si512(v.raw), _mm512_castps_si512(before.raw), 15))};
+#elif HWY_TARGET <= HWY_AVX2
+  const auto middle = _mm256_castps_si256(_mm256_permute2f128_ps(before.raw, v.raw, 0x21));
+  return V{_mm256_castsi256_ps(_mm256_alignr_epi8(_mm256_castps_si256(v.raw), middle, 12))};
+#else
+  return V{_mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(v.raw), _mm_castps_si128(before.raw), 12))};
+#endif
+}
+HWY_INLINE V Advanced(V v, V behind) {
+#if HWY_TARGET <= HWY_AVX3
+  return V{_mm512_castsi512_ps(_mm512_alignr_epi32(_mm512_castps_si512(behind.raw), _mm512_castps_si512(v.raw), 1))};
+#elif HWY_TARGET <= HWY_AVX2
+  const auto middle = _mm256_castps_si256(_mm256_permute2f128_ps(v.raw, behind.raw, 0x21));
+  return V{_mm256_castsi256_ps(_mm256_alignr_epi8(middle, _mm256_castps_si256(v.raw), 4))};
+#else
+  return V{_mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(behind.raw), _mm_castps_si128(v.raw), 4))};
+#endif
+}
+
+// Pixels 1 to last - 1 of a row of last + 1. Whole vectors load each pixel once and hand it on. `scratch` of twice a
+// row is for three channels.
 void FilterRowC1(const float* s, float*, float* out, ptrdiff_t last) {
-  Vectors<float>(
-      1, last, VECTOR(d, x) {
-        const float* p = s + 2 * x;  // up to p[2] of the last lane is read, but no further
-        hn::StoreU(FiveTaps(d, Even(d, p - 2), Odd(d, p - 2), Even(d, p), Even(d, p + 1), Odd(d, p + 1)), d, out + x);
+  const hn::ScalableTag<float> d;
+  constexpr ptrdiff_t lanes = hn::MaxLanes(d);
+  ptrdiff_t x = 1;
+  if (x + lanes <= last) {
+    V even0 = hn::Set(d, s[0]), odd0 = hn::Set(d, s[1]), even = Even(d, s + 2), odd = Odd(d, s + 2);
+    for (; x + lanes <= last; x += lanes) {
+      const float* next = s + 2 * (x + lanes);
+      const bool more = x + 2 * lanes <= last;
+      const V even2 = more ? Even(d, next) : hn::Set(d, *next), odd2 = more ? Odd(d, next) : odd;
+      hn::StoreU(FiveTaps(d, Delayed(even0, even), Delayed(odd0, odd), even, odd, Advanced(even, even2)), d, out + x);
+      even0 = even, odd0 = odd, even = even2, odd = odd2;
+    }
+  }
+  LastVectors<float, lanes / 2>(
+      x, last, VECTOR(dx, i) {
+        const float* p = s + 2 * i;  // up to p[2] of the last lane is read, but no further
+        const auto sum = FiveTaps(dx, Even(dx, p - 2), Odd(dx, p - 2), Even(dx, p), Even(dx, p + 1), Odd(dx, p + 1));
+        hn::StoreU(sum, dx, out + i);
       });
 }
 // Split into even and odd pixels first. A pixel moves with an element too many, which the next one overwrites.
