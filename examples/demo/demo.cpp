@@ -15,6 +15,7 @@
 #include "geometry.h"
 #include "orvcore.h"
 #include "processor.h"
+#include "pyramid.h"
 #include "scene.h"
 #include "segments.h"
 #include "sheet.h"
@@ -183,6 +184,7 @@ void run(const std::string& directory, const std::string& path) {
   showInpainting(sheet, photo, gray);
   showUndistortion(sheet);
   showSuperResolution(sheet, gray);
+  showPyramid(sheet, photo);
   showFlow(sheet, gray);
   showSegments(sheet, photo);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
