@@ -5,4 +5,5 @@
 #include "core/rename.h"
 #include "motion/names.def"
 #include "core/renamed.h"
+#include "orvcv/mixture.h"
 #include "orvcv/optical_flow.h"
