@@ -6,29 +6,39 @@
 
 KERNELS_BEGIN
 
-// Learns a row, and tells its foreground.
-void ForegroundRow(const MixtureFrame& f, const uint8_t* src, MixturePixel all, uint8_t* counts, uint8_t* dst,
-                   ptrdiff_t width) {
-  MixtureStrip s{};
-  const bool shadows = f.shadowEnable != 0;
-  uint8_t outcome[kStrip];
-  for (ptrdiff_t first = 0; first < width; first += kStrip) {
-    const ptrdiff_t n = width - first < kStrip ? width - first : kStrip;
-    const MixturePixel p = {all.modes + first * f.numGauss, all.means + first * f.numGauss};
-    StartStrip(f, s, src, counts, n);
-    PutBack(f, s, LearnStrip(f, s, p, n), p, n);
-    uint64_t special = Outcome(s, shadows, outcome);
-    if (n < 64) special &= ((uint64_t)1 << n) - 1;
-    for (; special != 0; special &= special - 1) {
-      const ptrdiff_t j = __builtin_ctzll(special);
-      const MixturePixel pixel = {p.modes + j * f.numGauss, p.means + j * f.numGauss};
-      const float x[3] = {(float)src[3 * j], (float)src[3 * j + 1], (float)src[3 * j + 2]};
-      const bool background = s.lone[j] != 0 ? learnPixel(f, pixel, counts[j], x) : s.background[j] != 0;
-      outcome[j] = background ? 0 : shadows && inShadow(f, pixel, counts[j], x) ? f.shadowValue : 255;
-    }
-    memcpy(dst, outcome, (size_t)n);
-    src += 3 * n, counts += n, dst += n;
+// Learns n pixels, and tells their foreground.
+HWY_INLINE void ForegroundStrip(const MixtureFrame& f, MixtureStrip& s, const uint8_t* src, MixturePixel p,
+                                uint8_t* counts, uint8_t* dst, ptrdiff_t n) {
+  StartStrip(f, s, src, counts, n);
+  const Layers layers = LearnStrip(f, s, p, n);
+  const uint32_t used = UINT32_MAX >> (kStrip - n);
+  for (uint32_t lone = Bits(s.lone) & used; lone != 0; lone &= lone - 1) {
+    const ptrdiff_t j = __builtin_ctz(lone);
+    const MixturePixel pixel = p.after(j * f.numGauss);
+    s.background[j] = learnPixel(f, pixel, counts[j], floats(src + 3 * j).of) ? 1 : 0;
+    TakeBack(s, layers, pixel, j);
   }
+  PutBack(s, layers, p, f.numGauss, n);
+  ForegroundBytes(s, dst);
+  if (f.shadowEnable == 0) return;
+  for (uint32_t foreground = ~Bits(s.background) & used; foreground != 0; foreground &= foreground - 1) {
+    const ptrdiff_t j = __builtin_ctz(foreground);
+    if (inShadow(f, p.after(j * f.numGauss), counts[j], floats(src + 3 * j).of)) dst[j] = f.shadowValue;
+  }
+}
+
+void ForegroundRows(const MixtureFrame& f, Plane<const uint8_t> src, Plane<uint8_t> dst, OrvSize roi, MixturePixel p,
+                    uint8_t* counts) {
+  MixtureStrip s{};
+  for (ptrdiff_t y = 0; y < roi.height; ++y)
+    for (ptrdiff_t x = 0; x < roi.width; x += kStrip) {
+      const ptrdiff_t n = roi.width - x < kStrip ? roi.width - x : kStrip;
+      uint8_t bytes[kStrip];
+      ForegroundStrip(f, s, raw(src.row(y)) + 3 * x, p, counts, bytes, n);
+      memcpy(raw(dst.row(y)) + x, bytes, (size_t)n);
+      p = p.after(n * f.numGauss);
+      counts += n;
+    }
 }
 
 KERNELS_END
@@ -65,15 +75,7 @@ OrvStatus orviFGMMForeground_8u_C3R(const uint8_t* src, int32_t srcStep, uint8_t
   }
   s->frameCount = wrapAdd(s->frameCount, 1);
   const MixtureFrame f = frameOf(*s, learningRate);
-  const Plane<const uint8_t> from{src, srcStep};
-  const Plane<uint8_t> to{dst, dstStep};
-  const ptrdiff_t width = roiSize.width;
-  const auto foregroundRow = WIDEST(ForegroundRow);
-  for (ptrdiff_t y = 0; y < roiSize.height; ++y) {
-    const ptrdiff_t first = y * width;
-    foregroundRow(f, raw(from.row(y)), {s->modes + first * f.numGauss, s->means + first * f.numGauss},
-                  s->modeCount + first, raw(to.row(y)), width);
-  }
+  WIDEST(ForegroundRows)(f, {src, srcStep}, {dst, dstStep}, roiSize, {s->modes, s->means}, s->modeCount);
   return orvStatusOk;
 }
 

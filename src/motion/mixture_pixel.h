@@ -13,10 +13,15 @@ struct MixtureFrame {
   uint8_t shadowValue, shadowEnable;
 };
 
+// The lists of a pixel.
 struct MixturePixel {
   MixtureMode* modes;
   MixtureMean* means;
+
+  __attribute__((always_inline)) MixturePixel after(ptrdiff_t count) const { return {modes + count, means + count}; }
 };
+
+static inline MixtureMean floats(const uint8_t* x) { return {{(float)x[0], (float)x[1], (float)x[2]}}; }
 
 // Moves mode i before all that aren't heavier than `weight`, which it is about to get; returns its place.
 static inline int32_t riseMode(MixturePixel p, int32_t i, float weight) {

@@ -172,8 +172,17 @@ HWY_INLINE Layers LearnStrip(const MixtureFrame& f, MixtureStrip& s, MixturePixe
   return layers;
 }
 
-// Puts the strip's layers back into the pixels' lists, except those of pixels that are to be learnt by themselves.
-HWY_INLINE void PutBack(const MixtureFrame& f, MixtureStrip& s, Layers layers, MixturePixel p, ptrdiff_t n) {
+// Pixel j of the strip as it is in memory, where it was learnt by itself.
+HWY_INLINE void TakeBack(MixtureStrip& s, Layers layers, MixturePixel p, ptrdiff_t j) {
+  for (int32_t i = 0; i < layers.all; ++i) s.weight[i][j] = p.modes[i].weight;
+  for (int32_t i = 0; i < layers.tested; ++i) {
+    s.variance[i][j] = p.modes[i].variance;
+    for (int c = 0; c < 3; ++c) s.mean[i][c][j] = p.means[i].of[c];
+  }
+}
+
+// Puts the layers back into the pixels' lists.
+HWY_INLINE void PutBack(MixtureStrip& s, Layers layers, MixturePixel p, ptrdiff_t gauss, ptrdiff_t n) {
   for (int32_t i = 0; i < layers.tested; ++i) {
     EACH_VECTOR(d, j) {
       hn::StoreInterleaved2(hn::Load(d, s.weight[i] + j), hn::Load(d, s.variance[i] + j), d, &s.modes[j].weight);
@@ -181,36 +190,37 @@ HWY_INLINE void PutBack(const MixtureFrame& f, MixtureStrip& s, Layers layers, M
                             d, s.means[j].of);
     }
     MixtureMode* mode = p.modes + i;
-    for (ptrdiff_t j = 0; j < n; ++j, mode += f.numGauss) *(s.lone[j] != 0 ? &s.modes[j] : mode) = s.modes[j];
+    for (ptrdiff_t j = 0; j < n; ++j, mode += gauss) *mode = s.modes[j];
     MixtureMean* mean = p.means + i;
-    for (ptrdiff_t j = 0; j < n; ++j, mean += f.numGauss) *(s.lone[j] != 0 ? &s.means[j] : mean) = s.means[j];
+    for (ptrdiff_t j = 0; j < n; ++j, mean += gauss) *mean = s.means[j];
   }
-  for (int32_t i = layers.tested; i < layers.all; ++i) {
-    MixtureMode* mode = p.modes + i;
-    for (ptrdiff_t j = 0; j < n; ++j, mode += f.numGauss)
-      (s.lone[j] != 0 ? &s.modes[j] : mode)->weight = s.weight[i][j];
-  }
+  for (int32_t i = layers.tested; i < layers.all; ++i)
+    for (ptrdiff_t j = 0; j < n; ++j) p.modes[j * gauss + i].weight = s.weight[i][j];
 }
 
-// The foreground of a strip as bytes of 0 and 255, and bit j of the result for pixel j that isn't done with that:
-// pixels to be learnt by themselves, and with `shadows` all foreground.
-HWY_INLINE uint64_t Outcome(const MixtureStrip& s, bool shadows, uint8_t* dst) {
-  static_assert(kStrip <= 64);
-  uint64_t special = 0;
+// Bit j tells whether lane j of a row of the strip isn't 0.
+HWY_INLINE uint32_t Bits(const float* flags) {
+  static_assert(kStrip == 32);
+  uint32_t bits = 0;
+  EACH_VECTOR(d, j) {
+    uint8_t bytes[8] = {};
+    hn::StoreMaskBits(d, hn::Ne(hn::Load(d, flags + j), hn::Zero(d)), bytes);
+    uint32_t some;
+    memcpy(&some, bytes, 4);
+    bits |= some << j;
+  }
+  return bits;
+}
+
+// The foreground as bytes of 0 and 255.
+HWY_INLINE void ForegroundBytes(const MixtureStrip& s, uint8_t* dst) {
   EACH_VECTOR(d, j) {
     const hn::Rebind<int32_t, decltype(d)> whole;
     const hn::Rebind<uint8_t, decltype(d)> bytes;
     const auto foreground = hn::Eq(hn::Load(d, s.background + j), hn::Zero(d));
-    const auto lone = hn::Ne(hn::Load(d, s.lone + j), hn::Zero(d));
     const auto value = hn::IfThenElseZero(foreground, hn::Set(d, 255.f));
     hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(whole, value)), bytes, dst + j);
-    uint8_t bits[8] = {};
-    hn::StoreMaskBits(d, shadows ? hn::Or(lone, foreground) : lone, bits);
-    uint64_t packed;
-    memcpy(&packed, bits, 8);
-    special |= packed << j;
   }
-  return special;
 }
 #undef EACH_VECTOR
 
