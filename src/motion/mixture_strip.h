@@ -40,12 +40,15 @@ HWY_INLINE hn::Vec<D> FromBytes(D d, const uint8_t* p) {
   return hn::ConvertTo(d, hn::PromoteTo(hn::Rebind<int32_t, D>(), hn::LoadU(hn::Rebind<uint8_t, D>(), p)));
 }
 
+#define EACH_BLOCK(d, j)          \
+  const hn::FixedTag<float, 4> d; \
+  for (ptrdiff_t j = 0; j < kStrip; j += 4)
 // Layer i out of the lists of n pixels.
 HWY_INLINE void CollectLayer(MixtureStrip& s, int32_t i, const MixtureMode* modes, const MixtureMean* means,
                              ptrdiff_t gauss, ptrdiff_t n) {
   for (ptrdiff_t j = 0; j < n; ++j, modes += gauss) s.modes[j] = *modes;
   for (ptrdiff_t j = 0; j < n; ++j, means += gauss) s.means[j] = *means;
-  EACH_VECTOR(d, j) {
+  EACH_BLOCK(d, j) {
     hn::Vec<decltype(d)> a, b, c;
     hn::LoadInterleaved2(d, &s.modes[j].weight, a, b);
     hn::Store(a, d, s.weight[i] + j), hn::Store(b, d, s.variance[i] + j);
@@ -184,7 +187,7 @@ HWY_INLINE void TakeBack(MixtureStrip& s, Layers layers, MixturePixel p, ptrdiff
 // Puts the layers back into the pixels' lists.
 HWY_INLINE void PutBack(MixtureStrip& s, Layers layers, MixturePixel p, ptrdiff_t gauss, ptrdiff_t n) {
   for (int32_t i = 0; i < layers.tested; ++i) {
-    EACH_VECTOR(d, j) {
+    EACH_BLOCK(d, j) {
       hn::StoreInterleaved2(hn::Load(d, s.weight[i] + j), hn::Load(d, s.variance[i] + j), d, &s.modes[j].weight);
       hn::StoreInterleaved3(hn::Load(d, s.mean[i][0] + j), hn::Load(d, s.mean[i][1] + j), hn::Load(d, s.mean[i][2] + j),
                             d, s.means[j].of);
