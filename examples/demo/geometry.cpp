@@ -2,6 +2,7 @@
 #include <math.h>
 #include <memory>
 #include "frames.h"
+#include "marks.h"
 #include "timing.h"
 
 namespace demo {
@@ -159,21 +160,6 @@ struct Pyramid {
   }
 };
 
-struct Colour {
-  uint8_t red, green, blue;
-};
-
-void drawLine(Bytes& image, OrvPoint32f a, OrvPoint32f b, Colour colour) {
-  const int n = (int)std::max(fabsf(b.x - a.x), fabsf(b.y - a.y)) + 1;
-  for (int i = 0; i <= n; ++i) {
-    const float t = (float)i / (float)n;
-    const int x = (int)(a.x + (b.x - a.x) * t + 0.5f), y = (int)(a.y + (b.y - a.y) * t + 0.5f);
-    if (x < 0 || y < 0 || x >= image.width || y >= image.height) continue;
-    uint8_t* pixel = image.at(x, y);
-    pixel[0] = colour.red, pixel[1] = colour.green, pixel[2] = colour.blue;
-  }
-}
-
 }  // namespace
 
 void showUndistortion(Sheet& sheet) {
@@ -254,9 +240,9 @@ void showFlow(Sheet& sheet, const Bytes& gray) {
     const bool found = status[i] == 0, good = found && off < 0.5;
     lost += !found, right += good;
     constexpr Colour green{64, 255, 96}, orange{255, 140, 32}, yellow{255, 255, 64}, red{255, 32, 32};
-    if (found) drawLine(drawn, from[i], to[i], good ? green : orange);
+    if (found) line(drawn, from[i], to[i], good ? green : orange);
     const OrvPoint32f end = found ? to[i] : from[i], next{end.x + 1, end.y};
-    drawLine(drawn, end, next, found ? yellow : red);
+    line(drawn, end, next, found ? yellow : red);
   }
   sheet.section("Optical flow",
                 "Points of a grid followed from one frame to the next, which is turned by 2 degrees and "
