@@ -18,7 +18,7 @@ struct MixtureMean {
 
 struct OrvFGMMState {
   int32_t frameCount;
-  float* rowBuffer;  // a row of the frame
+  float* rowBuffer;  // room for a row of the frame; kernels convert on the way and leave it
   MixtureMean* means;
   MixtureMode* modes;
   uint8_t* modeCount;

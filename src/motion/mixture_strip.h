@@ -20,8 +20,8 @@ KERNELS_BEGIN
 constexpr ptrdiff_t kStrip = 32;  // pixels: whole vectors of every width
 constexpr int32_t kLayers = 8;    // pixels with more modes are learnt by themselves
 
-// All lanes are floats, counts and flags (0 or 1) too. `modes` and `means` are as in memory, of one layer after the
-// other; `weight` those of the modes, then of the layers that are aged only.
+// All lanes are floats, counts and flags (0 or 1) too. `open`: hasn't matched yet; `lone`: is to be learnt by itself.
+// `modes` and `means` are one layer, laid out as in memory.
 struct MixtureStrip {
   alignas(64) uint8_t x[3][kStrip];
   alignas(64) float kept[kStrip], sum[kStrip];  // modes to look at; sum of their weights
@@ -31,18 +31,21 @@ struct MixtureStrip {
   alignas(64) MixtureMean means[kStrip];
 };
 
+// The strip in vectors.
 #define EACH_VECTOR(d, j)         \
   const hn::ScalableTag<float> d; \
   for (ptrdiff_t j = 0; j < kStrip; j += (ptrdiff_t)hn::Lanes(d))
+
+// The same in four lanes: what turns pixels' lists into layers, and back, is cheapest within blocks of 16 bytes.
+#define EACH_BLOCK(d, j)          \
+  const hn::FixedTag<float, 4> d; \
+  for (ptrdiff_t j = 0; j < kStrip; j += 4)
 
 template <class D>
 HWY_INLINE hn::Vec<D> FromBytes(D d, const uint8_t* p) {
   return hn::ConvertTo(d, hn::PromoteTo(hn::Rebind<int32_t, D>(), hn::LoadU(hn::Rebind<uint8_t, D>(), p)));
 }
 
-#define EACH_BLOCK(d, j)          \
-  const hn::FixedTag<float, 4> d; \
-  for (ptrdiff_t j = 0; j < kStrip; j += 4)
 // Layer i out of the lists of n pixels.
 HWY_INLINE void CollectLayer(MixtureStrip& s, int32_t i, const MixtureMode* modes, const MixtureMean* means,
                              ptrdiff_t gauss, ptrdiff_t n) {
@@ -226,6 +229,7 @@ HWY_INLINE void ForegroundBytes(const MixtureStrip& s, uint8_t* dst) {
   }
 }
 #undef EACH_VECTOR
+#undef EACH_BLOCK
 
 KERNELS_END
 #endif
