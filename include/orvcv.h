@@ -39,6 +39,8 @@
 #include "orvcv/fastn.h"
 #include "orvcv/pyramid.h"
 #include "orvcv/optical_flow.h"
+#include "orvcv/motion_history.h"
+#include "orvcv/foreground.h"
 #include "orvcv/subpixel.h"
 #include "orvcv/undistort.h"
 #include "orvcv/super_resolution.h"

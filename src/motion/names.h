@@ -7,3 +7,5 @@
 #include "core/renamed.h"
 #include "orvcv/mixture.h"
 #include "orvcv/optical_flow.h"
+#include "orvcv/motion_history.h"
+#include "orvcv/foreground.h"
