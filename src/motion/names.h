@@ -9,3 +9,4 @@
 #include "orvcv/optical_flow.h"
 #include "orvcv/motion_history.h"
 #include "orvcv/foreground.h"
+#include "orvcv/pyramid.h"
