@@ -127,7 +127,7 @@ Sequence stillCamera(const Bytes& source, int frames) {
     // seconds, at 25 frames each, since the first thing came
     const float t = (float)(i - 30) / 25, r = h / 10;
     const Thing things[] = {
-        {1, fmodf(60 * t, w + 4 * r) - 2 * r, 0.75f * h, 1.4f * r, {{190, 40, 50}, {30, 32, 40}}},
+        {1, fmodf(60 * t, w + 4 * r) - 2 * r, 0.75f * h, 1.4f * r, {{190, 40, 50}, {160, 200, 215}}},
         {0,
          w + 2 * r - fmodf(95 * t, w + 4 * r),
          0.4f * h - 0.2f * h * fabsf(sinf(3 * t)),
@@ -136,7 +136,9 @@ Sequence stillCamera(const Bytes& source, int frames) {
         {2, w * (0.5f + 0.3f * sinf(0.8f * t)), 0.55f * h, 1.3f * r, {{245, 245, 240}, {20, 120, 60}}}};
     if (t >= 0)
       for (const Thing& thing : things) draw(frame, mask, thing);
-    expose(frame, 1 + 0.06f * sinf(0.9f * t), 3, chance);
+    const float light = 1 + 0.06f * sinf(0.9f * t);
+    if (i == frames - 1) expose(s.scene, light, 0, chance);
+    expose(frame, light, 3, chance);
     s.frames.push_back(frame);
     s.truth.push_back(mask);
   }

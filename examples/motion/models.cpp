@@ -29,9 +29,9 @@ class Mixture : public Model {
   void start(OrvSize size) {
     constexpr int32_t modes = 5;
     OrvFGMMModel model{};
-    model.numFrames = 100, model.numGauss = modes;
+    model.numFrames = 400, model.numGauss = modes;
     model.varInit = 60, model.varMin = 12, model.varMax = 300;
-    model.varThreshold = 16, model.genThreshold = 9, model.bgRatio = 0.9f, model.complexityPrior = 0.05f;
+    model.varThreshold = 16, model.genThreshold = 9, model.bgRatio = 0.75f, model.complexityPrior = 0.05f;
     model.shadowEnable = 1, model.shadowValue = 127, model.shadowTau = 0.55f;
     int32_t bytes;
     require(orviFGMMGetBufferSize_8u_C3R(size, modes, &bytes), "orviFGMMGetBufferSize_8u_C3R");

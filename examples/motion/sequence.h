@@ -16,7 +16,7 @@ struct Sequence {
   std::vector<demo::Bytes> frames;  // three channels, all of one size
   std::vector<View> views;          // made with a moving camera: that of each frame; else empty
   std::vector<demo::Bytes> truth;   // made with a still camera: 255 where something moves; else empty
-  demo::Bytes scene;                // made with a still camera: what is behind that
+  demo::Bytes scene;                // made with a still camera: what is behind that, in the light of the last frame
 
   OrvSize size() const { return frames.front().size(); }
 };

@@ -147,9 +147,8 @@ void showForeground(demo::Sheet& sheet, const Sequence& s) {
   std::vector<std::string> head = {"model", "ns a pixel"};
   if (known) head.insert(head.end(), {"precision", "recall", "overlap", "overlap, as told", "background off by"});
   sheet.table(head, rows);
-  sheet.section("Backgrounds", "What the models take for the scene in the end." +
-                                   std::string(known ? " The light of the last frame is not that of the scene." : ""));
-  if (known) sheet.picture(s.scene, "scene", "the scene", "As it is without noise, at even light.");
+  sheet.section("Backgrounds", "What the models take for the scene in the end.");
+  if (known) sheet.picture(s.scene, "scene", "the scene", "As it is without noise, in the light of the last frame.");
   for (size_t i = 0; i < models.size(); ++i)
     sheet.picture(backgrounds[i], "background_" + models[i]->stem, models[i]->name,
                   known ? "Off by " + rows[i].back() + " levels in the mean." : "After the last frame.");
