@@ -1,10 +1,9 @@
 // The dyadic step down for floats.
 //
-// Theory. The order of additions is fixed: rows first, from left to right, then columns. A row is split into its even
-// and its odd pixels, so that all terms of the sum lie side by side for one channel and for three; five filtered rows
-// are kept in a ring:
+// Theory. The order of additions is fixed: rows first, from left to right, then columns. Five filtered rows are kept in
+// a ring:
 //
-//   source row --Split--> even pixels, odd pixels --FilterRow--> slot y % 5   --FoldRows--> a row of the result
+//   source row --FilterRow--> slot y % 5   --FoldRows over five slots--> a row of the result
 //
 // The first and the last pixel of a row have sums of their own, written out in rowEnd(). Images of less than three rows
 // or columns have only such pixels.
@@ -18,41 +17,84 @@
 
 KERNELS_BEGIN
 
-// n pixels from even and odd places each.
-void SplitC1(const float* s, float* even, float* odd, ptrdiff_t n) {
-  Vectors<float>(
-      0, n, VECTOR(d, x) {
-        hn::VFromD<decltype(d)> e, o;
-        if constexpr (hn::MaxLanes(d) == 1) {
-          e = hn::LoadU(d, s + 2 * x), o = hn::LoadU(d, s + 2 * x + 1);
-        } else {
-          const auto lower = hn::LoadU(d, s + 2 * x), upper = hn::LoadU(d, s + 2 * x + (ptrdiff_t)hn::MaxLanes(d));
-          e = hn::ConcatEven(d, upper, lower), o = hn::ConcatOdd(d, upper, lower);
-        }
-        hn::StoreU(e, d, even + x);
-        hn::StoreU(o, d, odd + x);
-      });
+// p[0], p[2] ... and p[1], p[3] ...; twice as many elements are read.
+template <class D>
+HWY_INLINE hn::VFromD<D> Even(D d, const float* p) {
+  if constexpr (hn::MaxLanes(d) == 1) return hn::LoadU(d, p);
+  else return hn::ConcatEven(d, hn::LoadU(d, p + hn::MaxLanes(d)), hn::LoadU(d, p));
 }
-// Pixels move with an element too many, which the next one overwrites, but the last.
-void SplitC3(const float* s, float* even, float* odd, ptrdiff_t n) {
-  const hn::Full128<float> d;
-  for (ptrdiff_t x = 0; x < n; ++x) {
-    hn::StoreU(hn::LoadU(d, s + 6 * x), d, even + 3 * x);
-    if (x + 1 < n) hn::StoreU(hn::LoadU(d, s + 6 * x + 3), d, odd + 3 * x);
-    else memcpy(odd + 3 * x, s + 6 * x + 3, 3 * sizeof(float));
-  }
+template <class D>
+HWY_INLINE hn::VFromD<D> Odd(D d, const float* p) {
+  if constexpr (hn::MaxLanes(d) == 1) return hn::LoadU(d, p + 1);
+  else return hn::ConcatOdd(d, hn::LoadU(d, p + hn::MaxLanes(d)), hn::LoadU(d, p));
 }
 
-// Elements of the pixels between the first and the last one.
-void FilterRow(const float* even, const float* odd, float* out, ptrdiff_t first, ptrdiff_t end, ptrdiff_t channels) {
+template <class D, class V>
+HWY_INLINE V FiveTaps(D d, V a, V b, V c, V e, V f) {
+  const auto four = hn::Set(d, 4.f);
+  const auto sum = hn::Add(hn::Add(a, hn::Mul(four, b)), hn::Mul(hn::Set(d, 6.f), c));
+  return hn::Add(hn::Add(sum, hn::Mul(four, e)), f);
+}
+
+// The last lane of `before`, then all of v but its last; all of v but its first, then the first lane of `behind`.
+using V = hn::VFromD<hn::ScalableTag<float>>;
+HWY_INLINE V Delayed(V before, V v) {
+#if HWY_TARGET <= HWY_AVX3
+  return V{_mm512_castsi512_ps(_mm512_alignr_epi32(_mm512_castps_si512(v.raw), _mm512_castps_si512(before.raw), 15))};
+#elif HWY_TARGET <= HWY_AVX2
+  const auto middle = _mm256_castps_si256(_mm256_permute2f128_ps(before.raw, v.raw, 0x21));
+  return V{_mm256_castsi256_ps(_mm256_alignr_epi8(_mm256_castps_si256(v.raw), middle, 12))};
+#else
+  return V{_mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(v.raw), _mm_castps_si128(before.raw), 12))};
+#endif
+}
+HWY_INLINE V Advanced(V v, V behind) {
+#if HWY_TARGET <= HWY_AVX3
+  return V{_mm512_castsi512_ps(_mm512_alignr_epi32(_mm512_castps_si512(behind.raw), _mm512_castps_si512(v.raw), 1))};
+#elif HWY_TARGET <= HWY_AVX2
+  const auto middle = _mm256_castps_si256(_mm256_permute2f128_ps(v.raw, behind.raw, 0x21));
+  return V{_mm256_castsi256_ps(_mm256_alignr_epi8(middle, _mm256_castps_si256(v.raw), 4))};
+#else
+  return V{_mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(behind.raw), _mm_castps_si128(v.raw), 4))};
+#endif
+}
+
+// Pixels 1 to last - 1 of a row of last + 1. Whole vectors load each pixel once and hand it on. `scratch` of twice a
+// row is for three channels.
+void FilterRowC1(const float* s, float*, float* out, ptrdiff_t last) {
+  const hn::ScalableTag<float> d;
+  constexpr ptrdiff_t lanes = hn::MaxLanes(d);
+  ptrdiff_t x = 1;
+  if (x + lanes <= last) {
+    V even0 = hn::Set(d, s[0]), odd0 = hn::Set(d, s[1]), even = Even(d, s + 2), odd = Odd(d, s + 2);
+    for (; x + lanes <= last; x += lanes) {
+      const float* next = s + 2 * (x + lanes);
+      const bool more = x + 2 * lanes <= last;
+      const V even2 = more ? Even(d, next) : hn::Set(d, *next), odd2 = more ? Odd(d, next) : odd;
+      hn::StoreU(FiveTaps(d, Delayed(even0, even), Delayed(odd0, odd), even, odd, Advanced(even, even2)), d, out + x);
+      even0 = even, odd0 = odd, even = even2, odd = odd2;
+    }
+  }
+  LastVectors<float, lanes / 2>(
+      x, last, VECTOR(dx, i) {
+        const float* p = s + 2 * i;  // up to p[2] of the last lane is read, but no further
+        const auto sum = FiveTaps(dx, Even(dx, p - 2), Odd(dx, p - 2), Even(dx, p), Even(dx, p + 1), Odd(dx, p + 1));
+        hn::StoreU(sum, dx, out + i);
+      });
+}
+// Split into even and odd pixels first. A pixel moves with an element too many, which the next one overwrites.
+void FilterRowC3(const float* s, float* scratch, float* out, ptrdiff_t last) {
+  const hn::Full128<float> d4;
+  float *const even = scratch, *const odd = scratch + 3 * last + 4;
+  for (ptrdiff_t x = 0; x < last; ++x) {
+    hn::StoreU(hn::LoadU(d4, s + 6 * x), d4, even + 3 * x);
+    hn::StoreU(hn::LoadU(d4, s + 6 * x + 3), d4, odd + 3 * x);
+  }
+  memcpy(even + 3 * last, s + 6 * last, 3 * sizeof(float));
   Vectors<float>(
-      first, end, VECTOR(d, x) {
-        const auto four = hn::Set(d, 4.f), six = hn::Set(d, 6.f);
-        auto sum = hn::LoadU(d, even + x - channels);
-        sum = hn::Add(sum, hn::Mul(four, hn::LoadU(d, odd + x - channels)));
-        sum = hn::Add(sum, hn::Mul(six, hn::LoadU(d, even + x)));
-        sum = hn::Add(sum, hn::Mul(four, hn::LoadU(d, odd + x)));
-        hn::StoreU(hn::Add(sum, hn::LoadU(d, even + x + channels)), d, out + x);
+      3, 3 * last, VECTOR(d, x) {
+        const auto at = [&](const float* p) __attribute__((always_inline)) { return hn::LoadU(d, p + x); };
+        hn::StoreU(FiveTaps(d, at(even - 3), at(odd - 3), at(even), at(odd), at(even + 3)), d, out + x);
       });
 }
 
@@ -74,8 +116,7 @@ KERNELS_END
 namespace {
 
 struct DownKernels {
-  void (*split)(const float* s, float* even, float* odd, ptrdiff_t n);
-  void (*row)(const float* even, const float* odd, float* out, ptrdiff_t first, ptrdiff_t end, ptrdiff_t channels);
+  void (*row)(const float* s, float* scratch, float* out, ptrdiff_t last);
   void (*fold)(const float* const* rows, float* dst, ptrdiff_t n);
 };
 
@@ -115,10 +156,9 @@ OrvStatus pyramidDown(DownKernels kernels, const float* srcData, int32_t srcStep
   const ptrdiff_t pixels = halved(roi.width), n = pixels * channels, last = pixels - 1;
   Scratch scratch{buffer};
   const ptrdiff_t pitch = n < 64 ? n : (n + 15) & ~(ptrdiff_t)15;  // small buffers have no room for whole lines
-  float* const even = scratch.take<float>(7 * pitch, 64);
-  float* const odd = even + pitch;
   float* ring[5];
-  for (int32_t i = 0; i < 5; ++i) ring[i] = even + (2 + i) * pitch;
+  for (int32_t i = 0; i < 5; ++i) ring[i] = scratch.take<float>(pitch, i == 0 ? 64 : 4);
+  float* const split = scratch.take<float>(2 * n + 4, 4);
 
   ptrdiff_t made = 0;
   for (ptrdiff_t y = 0; y < halved(roi.height); ++y) {
@@ -126,10 +166,7 @@ OrvStatus pyramidDown(DownKernels kernels, const float* srcData, int32_t srcStep
     for (; made <= needed; ++made) {
       const auto* s = src.row(made);
       float* const out = ring[made % 5];
-      // the last pixel is taken along with the ends
-      kernels.split(raw(s), even, odd, last);
-      for (ptrdiff_t c = 0; c < channels; ++c) even[last * channels + c] = s[2 * last * channels + c];
-      kernels.row(even, odd, out, channels, last * channels, channels);
+      kernels.row(raw(s), split, out, last);
       for (const ptrdiff_t x : {(ptrdiff_t)0, last})
         for (ptrdiff_t c = 0; c < channels; ++c) {
           const auto at = [&](ptrdiff_t p) -> float { return s[p * channels + c]; };
@@ -147,13 +184,11 @@ OrvStatus pyramidDown(DownKernels kernels, const float* srcData, int32_t srcStep
 
 OrvStatus orviPyrDown_Gauss5x5_32f_C1R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
                                        uint8_t* buffer) {
-  return pyramidDown({WIDEST(SplitC1), WIDEST(FilterRow), WIDEST(FoldRows)}, src, srcStep, dst, dstStep, roiSize, 1,
-                     buffer);
+  return pyramidDown({WIDEST(FilterRowC1), WIDEST(FoldRows)}, src, srcStep, dst, dstStep, roiSize, 1, buffer);
 }
 OrvStatus orviPyrDown_Gauss5x5_32f_C3R(const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roiSize,
                                        uint8_t* buffer) {
-  return pyramidDown({WIDEST(SplitC3), WIDEST(FilterRow), WIDEST(FoldRows)}, src, srcStep, dst, dstStep, roiSize, 3,
-                     buffer);
+  return pyramidDown({WIDEST(FilterRowC3), WIDEST(FoldRows)}, src, srcStep, dst, dstStep, roiSize, 3, buffer);
 }
 
 #endif

@@ -30,18 +30,23 @@ struct Band {
   ptrdiff_t slots, pitch;
   const R** window;
   ptrdiff_t* tags;  // the row in each slot
-  R *ring, *full, *lines[2];
-  T* strip;  // a source row, mirrored on both sides
+  R *ring, *full, *lines[2], *pairs[2];
+  T* strip;       // a source row, mirrored on both sides
+  int32_t* from;  // see placeColumns
+  float* way;
 
   Band(LayerMemory& memory, int32_t channels, int64_t kerSize, OrvSize maxRoi) {
     slots = kerSize < maxRoi.height ? kerSize : maxRoi.height;
-    pitch = ((ptrdiff_t)maxRoi.width * channels + 31) & ~(ptrdiff_t)31;
+    pitch = ((ptrdiff_t)maxRoi.width * channels + 32) & ~(ptrdiff_t)31;  // with an element to spare
     window = memory.take<const R*>(kerSize);
     tags = memory.take<ptrdiff_t>(slots);
     ring = memory.take<R>(slots * pitch);
     full = memory.take<R>(pitch);
     for (R*& line : lines) line = memory.take<R>(pitch);
+    for (R*& pair : pairs) pair = memory.take<R>(pitch);
     strip = memory.take<T>((maxRoi.width + kerSize) * channels);
+    from = memory.take<int32_t>(maxRoi.width);
+    way = memory.take<float>(pitch);
   }
 };
 
@@ -117,23 +122,35 @@ struct LayerDown {
     }
   }
 
-  // A row of filtered pixels at the places of the result's columns.
-  void resample(const R* in, R* out) const {
-    const ptrdiff_t last = srcRoi.width - 1;
-    for (ptrdiff_t i = 0; i < dstRoi.width; ++i) {
+  // The pixel before each column of the result, in elements, and the way from there. Returns how many columns have a
+  // pixel on both sides; the others take the last one.
+  ptrdiff_t placeColumns(const Band<T, R>& band) const {
+    ptrdiff_t i = 0;
+    for (; i < dstRoi.width; ++i) {
       const float pos = (float)i * state.rate;
-      ptrdiff_t k = (ptrdiff_t)pos;
-      const float f = pos - (float)k, rest = 1.f - f;
-      if (k >= last) {
-        memcpy(out + i * channels, in + last * channels, (size_t)channels * sizeof(R));
-        continue;
-      }
-      for (ptrdiff_t c = 0; c < channels; ++c) {
-        const float a = (float)in[k * channels + c], b = (float)in[(k + 1) * channels + c];
-        if (sizeof(T) < 4) out[i * channels + c] = (R)(int32_t)((b * f + 0.5f) + a * rest);
-        else out[i * channels + c] = (R)(b * f + a * rest);
-      }
+      const auto k = (int32_t)pos;
+      if (k >= srcRoi.width - 1) break;
+      band.from[i] = k * channels;
+      for (ptrdiff_t c = 0; c < channels; ++c) band.way[i * channels + c] = pos - (float)k;
     }
+    return i;
+  }
+
+  // A row of filtered pixels at the places of the result's columns.
+  void resample(const Band<T, R>& band, ptrdiff_t columns, const R* in, R* out) const {
+    R *const a = band.pairs[0], *const b = band.pairs[1];
+    const int32_t* const from = band.from;
+    if (channels == 1)
+      for (ptrdiff_t i = 0; i < columns; ++i) a[i] = in[from[i]], b[i] = in[from[i] + 1];
+    else
+      for (ptrdiff_t i = 0; i < columns; ++i) {
+        // an element too many, which the next pixel overwrites
+        memcpy(a + 3 * i, in + from[i], 4 * sizeof(R));
+        memcpy(b + 3 * i, in + from[i] + 3, 4 * sizeof(R));
+      }
+    kernels.between(a, b, band.way, out, columns * channels);
+    const R* const last = in + (ptrdiff_t)(srcRoi.width - 1) * channels;
+    for (ptrdiff_t i = columns; i < dstRoi.width; ++i) memcpy(out + i * channels, last, (size_t)channels * sizeof(R));
   }
 
   // Every second row and column.
@@ -152,13 +169,13 @@ struct LayerDown {
   }
 
   // Between two rows.
-  void interpolate(Band<T, R>& band, ptrdiff_t (&tags)[2], ptrdiff_t y) const {
+  void interpolate(Band<T, R>& band, ptrdiff_t columns, ptrdiff_t (&tags)[2], ptrdiff_t y) const {
     const auto resampled = [&](ptrdiff_t row) {
       R* const line = band.lines[row & 1];
       if (tags[row & 1] != row) {
         fillWindow(band, row);
         kernels.column(band.window, band.full, (ptrdiff_t)srcRoi.width * channels, taps);
-        resample(band.full, line);
+        resample(band, columns, band.full, line);
       }
       tags[row & 1] = row;
       return line;
@@ -176,9 +193,10 @@ struct LayerDown {
     Band<T, R> band(pieces, channels, taps.size, state.maxRoi);
     for (ptrdiff_t i = 0; i < band.slots; ++i) band.tags[i] = -1;
     ptrdiff_t lines[2] = {-1, -1};
+    const ptrdiff_t columns = decimates ? 0 : placeColumns(band);
     for (ptrdiff_t y = first; y < (ptrdiff_t)first + count; ++y) {
       if (decimates) decimate(band, y);
-      else interpolate(band, lines, y);
+      else interpolate(band, columns, lines, y);
     }
   }
 

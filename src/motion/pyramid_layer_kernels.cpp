@@ -99,6 +99,23 @@ void ColumnFloats(const float* const* rows, float* out, ptrdiff_t n, const Layer
       taps, out, n, EACH(i) { return rows[i]; });
 }
 
+// Whole numbers are rounded by half and truncated.
+template <class R>
+HWY_INLINE void Between(const R* a, const R* b, const float* f, R* out, ptrdiff_t n) {
+  Columns(
+      0, n, PIXEL(x) { out[x] = (R)(int32_t)(((float)b[x] * f[x] + 0.5f) + (float)a[x] * (1.f - f[x])); });
+}
+void BetweenBytes(const int16_t* a, const int16_t* b, const float* f, int16_t* out, ptrdiff_t n) {
+  Between(a, b, f, out, n);
+}
+void BetweenWords(const int32_t* a, const int32_t* b, const float* f, int32_t* out, ptrdiff_t n) {
+  Between(a, b, f, out, n);
+}
+void BetweenFloats(const float* a, const float* b, const float* f, float* out, ptrdiff_t n) {
+  Columns(
+      0, n, PIXEL(x) { out[x] = b[x] * f[x] + a[x] * (1.f - f[x]); });
+}
+
 // Interpolated, then a whole number's three fractional bits rounded away.
 template <class T, class R>
 HWY_INLINE void BlendRows(const R* a, const R* b, float f, T* dst, ptrdiff_t n) {
@@ -134,13 +151,13 @@ KERNELS_END
 namespace ORV_VARIANT {
 
 LayerKernels<uint8_t, int16_t> layerKernels8u() {
-  return {WIDEST(RowBytes), WIDEST(ColumnBytes), WIDEST(FinishedColumnBytes), WIDEST(BlendBytes)};
+  return {WIDEST(RowBytes), WIDEST(ColumnBytes), WIDEST(FinishedColumnBytes), WIDEST(BetweenBytes), WIDEST(BlendBytes)};
 }
 LayerKernels<uint16_t, int32_t> layerKernels16u() {
-  return {WIDEST(RowWords), WIDEST(ColumnWords), nullptr, WIDEST(BlendWords)};
+  return {WIDEST(RowWords), WIDEST(ColumnWords), nullptr, WIDEST(BetweenWords), WIDEST(BlendWords)};
 }
 LayerKernels<float, float> layerKernels32f() {
-  return {WIDEST(RowFloats), WIDEST(ColumnFloats), nullptr, WIDEST(BlendFloats)};
+  return {WIDEST(RowFloats), WIDEST(ColumnFloats), nullptr, WIDEST(BetweenFloats), WIDEST(BlendFloats)};
 }
 
 }  // namespace ORV_VARIANT

@@ -21,6 +21,8 @@ struct LayerKernels {
   void (*column)(const R* const* rows, R* out, ptrdiff_t n, const LayerTaps& taps);
   // The same to the end, for decimated bytes and five taps; null for other types.
   void (*finishedColumn)(const R* const* rows, T* dst, ptrdiff_t n, const LayerTaps& taps);
+  // out[x] between a[x] and b[x], f[x] of the way.
+  void (*between)(const R* a, const R* b, const float* f, R* out, ptrdiff_t n);
   // Pixels between two rows, f of the way from a to b; of row a itself if b is null.
   void (*blend)(const R* a, const R* b, float f, T* dst, ptrdiff_t n);
 };

@@ -7,6 +7,8 @@
 //
 //   source row --gathered along x, divided--> slot y % slots --added with the weights of y--> sums --divided--> result
 //
+// Along x the first parts of all places are gathered at once, then the second ones, and so on.
+//
 // The weights' sums are taken over the larger side for both, and over more source pixels than the passes spread, so the
 // last row or column of a flat image may come out darker: that is meant.
 //
@@ -87,60 +89,93 @@ struct Spreader {
   }
 };
 
-// The sum of a place along a row, divided. Bytes: 128 times the pixel.
-int32_t gathered(const Loose<const uint8_t>* s, ptrdiff_t channels, const Part* part, const Part* end, float norm) {
-  int32_t sum = 0;
-  for (; part < end; ++part) {
-    const int32_t v = s[part->from * channels];
-    sum += part->isTap ? v * (int32_t)part->weight : (int32_t)((double)((float)v * part->weight) + 0.5);
-  }
-  return (int32_t)((float)sum * norm + 128.f) >> 8;
-}
-template <class T>
-float gathered(const LooseElement<T>* s, ptrdiff_t channels, const Part* part, const Part* end, float norm) {
-  float sum = 0;
-  for (; part < end; ++part) sum += (float)s[part->from * channels] * part->weight;
-  return sum * norm;
-}
+// The first parts of all places along a row, the second ones, and so on: what a row is gathered by. Places with less
+// parts than others have the zero behind the row as their last ones.
+struct Layers {
+  int32_t count;   // the most parts of a place
+  int32_t* from;   // for each place, in elements
+  float* weights;  // for each element of the row
+  float* round;    // bytes: 0.5 between two taps
+  float* norms;    // for each element, once
+};
 
 template <class T, class S>
 struct LayerUp {
   Plane<const T> src;
   Plane<T> dst;
   OrvSize srcRoi, dstRoi;
-  int32_t channels, slots;
-  int32_t *startsX, *startsY;
-  Part *partsX, *partsY;
-  float* norm;
-  ptrdiff_t* tags;
-  S *ring, *sums;
-  ptrdiff_t pitch;
+  ptrdiff_t channels;
+  SpreadKernels<T, S> kernels;
+  int32_t slots = 0;
+  ptrdiff_t pitch = 0;
+  int32_t *startsX = nullptr, *startsY = nullptr;
+  Part *partsX = nullptr, *partsY = nullptr;
+  float *norm = nullptr, *strip = nullptr, *pixels = nullptr;
+  ptrdiff_t* tags = nullptr;
+  S *ring = nullptr, *sums = nullptr, *rowSums = nullptr;
+  Layers layers = {};
 
-  // All memory of a call.
-  void carve(LayerMemory& memory, int32_t kerSize, int64_t beyond) {
-    const int32_t larger = dstRoi.width > dstRoi.height ? dstRoi.width : dstRoi.height;
-    // a place is reached from no more rows than the kernel has taps, but for rounding and the mirrored ones
-    slots = kerSize + 4 < srcRoi.height ? kerSize + 4 : srcRoi.height;
-    pitch = ((ptrdiff_t)dstRoi.width * channels + 15) & ~(ptrdiff_t)15;
+  int32_t larger() const { return dstRoi.width > dstRoi.height ? dstRoi.width : dstRoi.height; }
+
+  // The lists of parts and their norms.
+  void carveLists(LayerMemory& memory, int64_t kerSize, int64_t beyond) {
     startsX = memory.take<int32_t>((int64_t)dstRoi.width + 1);
     startsY = memory.take<int32_t>((int64_t)dstRoi.height + 1);
     partsX = memory.take<Part>((srcRoi.width + 2 * beyond) * kerSize);
     partsY = memory.take<Part>((srcRoi.height + 2 * beyond) * kerSize);
-    norm = memory.take<float>(larger);
+    norm = memory.take<float>(larger());
+  }
+
+  // All the rest, when the most parts of a place are known.
+  void carveRows(LayerMemory& memory, int64_t kerSize) {
+    // a place is reached from no more rows than the kernel has taps, but for rounding and the mirrored ones
+    slots = (int32_t)(kerSize + 4 < srcRoi.height ? kerSize + 4 : srcRoi.height);
+    pitch = (dstRoi.width * channels + 16) & ~(ptrdiff_t)15;  // with an element to spare
+    layers.from = memory.take<int32_t>((int64_t)layers.count * dstRoi.width);
+    layers.weights = memory.take<float>(layers.count * pitch);
+    layers.round = memory.take<float>(layers.count * pitch);
+    layers.norms = memory.take<float>(pitch);
+    strip = memory.take<float>((srcRoi.width + 2) * channels);
+    pixels = memory.take<float>(pitch);
     tags = memory.take<ptrdiff_t>(slots);
     ring = memory.take<S>(slots * pitch);
     sums = memory.take<S>(pitch);
+    rowSums = memory.take<S>(pitch);
+  }
+
+  void makeLayers() {
+    for (ptrdiff_t l = 0; l < layers.count; ++l)
+      for (ptrdiff_t x = 0; x < dstRoi.width; ++x) {
+        const bool has = l < startsX[x + 1] - startsX[x];
+        const Part part = has ? partsX[startsX[x] + l] : Part{srcRoi.width, 0, true};
+        layers.from[l * dstRoi.width + x] = (int32_t)(part.from * channels);
+        for (ptrdiff_t i = x * channels; i < (x + 1) * channels; ++i) {
+          layers.weights[l * pitch + i] = part.weight;
+          layers.round[l * pitch + i] = part.isTap ? 0.f : 0.5f;
+          layers.norms[i] = norm[x];
+        }
+      }
+    for (ptrdiff_t i = 0; i < 2 * channels; ++i) strip[srcRoi.width * channels + i] = 0;
   }
 
   void gatherRow(ptrdiff_t y, S* out) const {
+    const ptrdiff_t n = dstRoi.width * channels;
     const auto* s = src.row(y);
-    for (ptrdiff_t x = 0; x < dstRoi.width; ++x)
-      for (ptrdiff_t c = 0; c < channels; ++c)
-        out[x * channels + c] = gathered(s + c, channels, partsX + startsX[x], partsX + startsX[x + 1], norm[x]);
+    for (ptrdiff_t i = 0; i < srcRoi.width * channels; ++i) strip[i] = (float)s[i];
+    memset(rowSums, 0, (size_t)n * sizeof(S));
+    for (ptrdiff_t l = 0; l < layers.count; ++l) {
+      const int32_t* const from = layers.from + l * dstRoi.width;
+      if (channels == 1)
+        for (ptrdiff_t x = 0; x < dstRoi.width; ++x) pixels[x] = strip[from[x]];
+      else
+        for (ptrdiff_t x = 0; x < dstRoi.width; ++x) memcpy(pixels + 3 * x, strip + from[x], 4 * sizeof(float));
+      kernels.addEach(rowSums, pixels, layers.weights + l * pitch, layers.round + l * pitch, n);
+    }
+    kernels.divide(rowSums, layers.norms, out, n);
   }
 
-  void run(const SpreadKernels<T, S>& kernels) const {
-    const ptrdiff_t n = (ptrdiff_t)dstRoi.width * channels;
+  void run() const {
+    const ptrdiff_t n = dstRoi.width * channels;
     for (ptrdiff_t i = 0; i < slots; ++i) tags[i] = -1;
     for (ptrdiff_t y = 0; y < dstRoi.height; ++y) {
       memset(sums, 0, (size_t)n * sizeof(S));
@@ -156,6 +191,19 @@ struct LayerUp {
   }
 };
 
+// A block of the memory that carve(memory) takes; null if there is none.
+template <class Carve>
+uint8_t* allocate(const Carve& carve) {
+  LayerMemory count{nullptr};
+  carve(count);
+  if (count.bytes > INT32_MAX - 64) return nullptr;
+  auto* const block = (uint8_t*)orvMalloc((int32_t)count.bytes + 64);
+  if (block == nullptr) return nullptr;
+  LayerMemory memory{block + (-(uintptr_t)block & 63)};
+  carve(memory);
+  return block;
+}
+
 bool within(int32_t v, int32_t least, int32_t most) { return least <= v && v <= most; }
 
 // The body. `unit` is what the weights' sums divide.
@@ -170,21 +218,25 @@ OrvStatus layerUp(Plane<const T> src, OrvSize srcRoi, Plane<T> dst, OrvSize dstR
   ORV_REQUIRE(within(dstRoi.width, range.least.width, range.most.width), orvStatusSize);
 
   const Spreader<K> spreader{(const K*)state->kernel, state->kerSize, state->rate};
-  LayerUp<T, S> step{src,     dst,     srcRoi,  dstRoi,  channels, 0,       nullptr, nullptr,
-                     nullptr, nullptr, nullptr, nullptr, nullptr,  nullptr, 0};
-  LayerMemory count{nullptr};
-  step.carve(count, state->kerSize, spreader.beyond());
-  ORV_REQUIRE(count.bytes <= INT32_MAX - 64, orvStatusNoMem);
-  auto* const block = (uint8_t*)orvMalloc((int32_t)count.bytes + 64);
-  ORV_REQUIRE(block != nullptr, orvStatusNoMem);
-  LayerMemory memory{block + (-(uintptr_t)block & 63)};
-  step.carve(memory, state->kerSize, spreader.beyond());
+  LayerUp<T, S> step{src, dst, srcRoi, dstRoi, channels, kernels()};
+  uint8_t* const lists =
+      allocate([&](LayerMemory& memory) { step.carveLists(memory, state->kerSize, spreader.beyond()); });
+  ORV_REQUIRE(lists != nullptr, orvStatusNoMem);
   spreader.list(srcRoi.width, dstRoi.width, step.startsX, step.partsX);
   spreader.list(srcRoi.height, dstRoi.height, step.startsY, step.partsY);
-  spreader.norms(dstRoi.width > dstRoi.height ? dstRoi.width : dstRoi.height, unit, step.norm);
-  step.run(kernels());
-  orvFree(block);
-  return orvStatusOk;
+  spreader.norms(step.larger(), unit, step.norm);
+  for (ptrdiff_t x = 0; x < dstRoi.width; ++x) {
+    const int32_t parts = step.startsX[x + 1] - step.startsX[x];
+    if (step.layers.count < parts) step.layers.count = parts;
+  }
+  uint8_t* const rows = allocate([&](LayerMemory& memory) { step.carveRows(memory, state->kerSize); });
+  if (rows != nullptr) {
+    step.makeLayers();
+    step.run();
+    orvFree(rows);
+  }
+  orvFree(lists);
+  return rows != nullptr ? orvStatusOk : orvStatusNoMem;
 }
 
 }  // namespace

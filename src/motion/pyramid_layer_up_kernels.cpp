@@ -7,6 +7,25 @@
 
 KERNELS_BEGIN
 
+// The rounding is added in double precision: in single precision, what is just below half would be rounded up.
+void AddEachByte(int32_t* sums, const float* pixels, const float* weights, const float* round, ptrdiff_t n) {
+  Columns(
+      0, n, PIXEL(x) { sums[x] += (int32_t)((double)(pixels[x] * weights[x]) + (double)round[x]); });
+}
+void AddEachFloat(float* sums, const float* pixels, const float* weights, const float*, ptrdiff_t n) {
+  Columns(
+      0, n, PIXEL(x) { sums[x] += pixels[x] * weights[x]; });
+}
+// 128 times the pixel.
+void DivideBytes(const int32_t* sums, const float* norms, int32_t* row, ptrdiff_t n) {
+  Columns(
+      0, n, PIXEL(x) { row[x] = (int32_t)((float)sums[x] * norms[x] + 128.f) >> 8; });
+}
+void DivideFloats(const float* sums, const float* norms, float* row, ptrdiff_t n) {
+  Columns(
+      0, n, PIXEL(x) { row[x] = sums[x] * norms[x]; });
+}
+
 void AddBytes(int32_t* sums, const int32_t* row, float weight, bool isTap, ptrdiff_t n) {
   const auto tap = (int32_t)weight;
   if (isTap)
@@ -50,9 +69,15 @@ KERNELS_END
 #if HWY_ONCE
 namespace ORV_VARIANT {
 
-SpreadKernels<uint8_t, int32_t> spreadKernels8u() { return {WIDEST(AddBytes), WIDEST(FinishBytes)}; }
-SpreadKernels<uint16_t, float> spreadKernels16u() { return {WIDEST(AddFloats), WIDEST(FinishWords)}; }
-SpreadKernels<float, float> spreadKernels32f() { return {WIDEST(AddFloats), WIDEST(FinishFloats)}; }
+SpreadKernels<uint8_t, int32_t> spreadKernels8u() {
+  return {WIDEST(AddEachByte), WIDEST(DivideBytes), WIDEST(AddBytes), WIDEST(FinishBytes)};
+}
+SpreadKernels<uint16_t, float> spreadKernels16u() {
+  return {WIDEST(AddEachFloat), WIDEST(DivideFloats), WIDEST(AddFloats), WIDEST(FinishWords)};
+}
+SpreadKernels<float, float> spreadKernels32f() {
+  return {WIDEST(AddEachFloat), WIDEST(DivideFloats), WIDEST(AddFloats), WIDEST(FinishFloats)};
+}
 
 }  // namespace ORV_VARIANT
 #endif

@@ -187,9 +187,13 @@ void checkRefusals(const Calls<T, K, State>& call, int channels, OrvSize dstRoi)
       [&](Arguments& a) { return call.run(a.src, a.srcStep, a.srcRoi, a.dst, a.dstStep, a.dstRoi, a.state); },
       [&] { return src.unchanged() && dst.unchanged(); });
   const auto run = [&] { return call.run(src.data(), src.step(), {12, 8}, dst.data(), dst.step(), dstRoi, state); };
-  steerFailAllocation(1);
-  const bool allocates = std::is_same<State, OrvPyramidUpState>::value;
-  CHECK(run() == (allocates ? orvStatusNoMem : orvStatusOk) && (!allocates || dst.unchanged()));
+  const int allocations = std::is_same<State, OrvPyramidUpState>::value ? 2 : 0;
+  for (int kth = 1; kth <= 2; ++kth) {
+    steerFailAllocation(kth);
+    const bool fails = kth <= allocations;
+    CHECK(run() == (fails ? orvStatusNoMem : orvStatusOk) && (!fails || dst.unchanged()));
+    CHECK(steeredLiveAllocations() == 1);
+  }
   steerFailAllocation(0);
   CHECK(run() == orvStatusOk && call.free(state) == orvStatusOk && steeredLiveAllocations() == 0);
 }
