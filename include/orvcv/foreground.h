@@ -42,7 +42,8 @@
 extern "C" {
 #endif
 
-/* A counted mixture: 160 bytes a pixel, 320 with three channels. */
+/* A counted mixture: 160 bytes a pixel, 320 with three channels, in one block: larger images than 13 or 6.7 million
+ * pixels get orvStatusNoMem. */
 typedef struct OrvForegroundGaussianState OrvForegroundGaussianState;
 
 OrvStatus orviForegroundGaussianInitAlloc_8u_C1R(const uint8_t* src, int32_t srcStep, OrvSize roiSize,
@@ -59,9 +60,9 @@ OrvStatus orviForegroundGaussianInitAlloc_8u_C3R(const uint8_t* src, int32_t src
  * weight / sqrt(variance), largest first. Only the 200th frame, the length of the window, is learnt at fixed rates:
  * weights at 1/200, the Gaussian at 1 / (200 * weight), hits stay. All numbers are in double precision.
  *
- * background: the mean of the first Gaussian, rounded to nearest, halves up. foreground: 0 if, before the sum of
- * weights from the first Gaussian on exceeds 0.7 or with the one that makes it do so, there is a place at which a
- * Gaussian was taken. Places are compared as they were before the Gaussians were put in order. */
+ * background: the mean of the first Gaussian, rounded to nearest, halves up. foreground: 0 if the Gaussian that the
+ * pixel took stands among the first ones whose weights together exceed 0.7, the last of them included, else 255. Its
+ * place is that before the Gaussians were put in order; the weights are those after it. */
 OrvStatus orviForegroundGaussian_8u_C1R(const uint8_t* src, int32_t srcStep, uint8_t* background,
                                         int32_t backgroundStep, uint8_t* foreground, int32_t foregroundStep,
                                         OrvSize roiSize, OrvForegroundGaussianState* state);

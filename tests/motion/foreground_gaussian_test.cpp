@@ -23,7 +23,7 @@ void follow(Random& r, Video& v) {
   std::vector<reference::CountedMixture> plain;
   for (int i = 0; i < v.pixels; ++i) plain.emplace_back(v.pixel(i), v.channels);
   for (int frame = 1; frame <= 240; ++frame) {
-    if (frame > 1) v.draw(r, frame == 200 || (frame > 200 && r.one(9)));
+    if (frame > 1) v.draw(r, frame == 200 || (frame > 200 && r.one(9)) ? 3 : -1);
     CHECK(call.run(v.src.data(), v.src.step(), v.back.data(), v.back.step(), v.mask.data(), v.mask.step(), v.roi,
                    state) == orvStatusOk);
     for (int i = 0; i < v.pixels; ++i) {
@@ -48,7 +48,7 @@ TEST(refusals) {
     uint8_t p[13 * 5 * 3] = {};
     State* state = nullptr;
     CHECK(call.init(p, 39, {13, 5}, p, &state) == orvStatusOk);
-    walkFrame(call.run, {0, 1, 2}, In<uint8_t>(channels), Out<uint8_t>(channels), Out<uint8_t>(), Roi(),
+    walkFrame(call.run, 3, In<uint8_t>(channels), Out<uint8_t>(channels), Out<uint8_t>(), Roi(),
               Value<State*>({state}));
     CHECK(call.run(p, 39, p, 39, p, 39, {13, 5}, nullptr) == orvStatusNullPtr);
     CHECK(call.run(p, 42, p, 42, p, 42, {14, 5}, state) == orvStatusSize);

@@ -6,8 +6,8 @@
 
 namespace test {
 
-// Pixels of several habits: still, one of two values in turn, noise, near black, anything. Now and then half of them
-// change what they are about; `dark` makes every pixel near black.
+// Pixels of several habits: 0 still, 1 two values in turn, 2 noise, 3 near black, 4 anything. Now and then half of them
+// change what they are about. A frame may have one habit for all pixels.
 struct Video {
   OrvSize roi;
   int channels, pixels;
@@ -24,14 +24,14 @@ struct Video {
         about((size_t)(pixels * count)) {
     draw(r);
   }
-  void draw(Random& r, bool dark = false) {
+  void draw(Random& r, int habit = -1) {
     src.fill(r, false);
     const bool moves = r.one(40);
     for (int i = 0; i < pixels * channels; ++i) {
       uint8_t& b = about[(size_t)i];
       if (moves && r.one(2)) b = (uint8_t)r.next();
-      const int values[] = {b, b ^ (r.one(2) ? 64 : 0), b + r.in(-6, 6), r.in(0, 9), r.in(0, 255)};
-      src.set(i % src.elements(), i / src.elements(), (uint8_t)values[dark ? 3 : i / channels % 5]);
+      const int values[] = {b, b ^ (r.one(2) ? 64 : 0), b + r.in(-6, 6), r.in(0, 6), r.in(0, 255)};
+      src.set(i % src.elements(), i / src.elements(), (uint8_t)values[habit >= 0 ? habit : i / channels % 5]);
     }
     src.keep();
   }
@@ -44,7 +44,7 @@ struct Video {
 template <class Follow>
 void forVideos(const Follow& follow) {
   Random r(seed());
-  for (int i = 0; i < (quick() ? 4 : 12); ++i) {
+  for (int i = 0; i < (quick() ? 4 : 24); ++i) {
     const Shape shape = i % 4 < 2 ? Shape{r.in(1, 20), r.in(1, 4)} : Shape{r.in(60, 140), 1};
     const Context context(detail::describe("video", shape) + (i % 2 ? " C3" : " C1"));
     Video video(r, shape, i % 2 ? 3 : 1);
@@ -53,35 +53,34 @@ void forVideos(const Follow& follow) {
   CHECK(steeredLiveAllocations() == 0);
 }
 
-// The checks of a function that takes a frame first; `nulls` images in front of the ROI, and a null state behind it.
+// The checks of a function that takes a frame; `images` of them stand in front of the ROI.
 template <class Function, class... Role>
-void walkFrame(Function function, std::vector<int> nulls, Role... roles) {
-  std::vector<Told> order = pointersThenSizes(nulls, (int)sizeof...(roles) - 2);
-  order.push_back({Fault::smallStep, 0});
+void walkFrame(Function function, int images, Role... roles) {
+  std::vector<Told> order = {{Fault::width, images}, {Fault::height, images}, {Fault::smallStep, 0}};
+  for (int i = images; i-- > 0;) order.insert(order.begin(), {Fault::null, i});
   walkArguments("a frame", function, order, roles...);
 }
 
-// Refusals of init and free; each allocation fails once; sizes beyond all memory, of which nothing is read.
+// Refusals of init and free; each allocation fails once; a size whose bytes wrap to few.
 template <class State, class Init, class Free>
 void checkInit(Init init, Free release, int channels, int allocations) {
-  Random r(seed());
-  const Video video(r, {13, 5}, channels);
-  const auto make = [&](OrvSize roi, const void* model, State** state) {
-    return init(video.src.data(), roi.width > 13 ? INT32_MAX : video.src.step(), roi, model, state);
-  };
-  State* state = nullptr;
   walkArguments("init", init,
                 {{Fault::null, 0}, {Fault::null, 3}, {Fault::width, 1}, {Fault::height, 1}, {Fault::smallStep, 0}},
-                In<uint8_t>(channels), Roi(), Value<const void*>({&video}), Result<State*>());
-  CHECK(make(video.roi, nullptr, &state) == orvStatusNullPtr && release(nullptr) == orvStatusNullPtr);
-  for (int kth = 0; kth <= allocations + 1; ++kth) {
-    steerFailAllocation(kth <= allocations ? kth : 0);
-    const OrvSize roi = kth == 0 ? OrvSize{1 << 28, INT32_MAX} : video.roi;
-    const OrvStatus want = kth <= allocations ? orvStatusNoMem : orvStatusOk;
-    CHECK(make(roi, &video, &state) == want && !state == (want != orvStatusOk), "allocation %d", kth);
-    if (state) CHECK(steeredAllocations() == allocations && release(state) == orvStatusOk);
-    CHECK(steeredLiveAllocations() == 0);
+                In<uint8_t>(channels), Roi(), Value<const void*>({&channels}), Result<State*>());
+  const uint8_t frame[13 * 5 * 3] = {};
+  State* state = nullptr;
+  const auto make = [&](int32_t width, int32_t height, const void* model) {
+    return init(frame, INT32_MAX, {width, height}, model, &state);
+  };
+  CHECK(make(13, 1, nullptr) == orvStatusNullPtr && release(nullptr) == orvStatusNullPtr);
+  CHECK(make(64, (1 << 26) + 1, frame) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
+  for (int kth = 1; kth <= allocations; ++kth) {
+    steerFailAllocation(kth);
+    CHECK(make(13, 1, frame) == orvStatusNoMem && !state && steeredLiveAllocations() == 0, "allocation %d", kth);
   }
+  steerFailAllocation(0);
+  CHECK(make(13, 1, frame) == orvStatusOk && steeredAllocations() == allocations);
+  CHECK(release(state) == orvStatusOk && steeredLiveAllocations() == 0);
 }
 
 }  // namespace test

@@ -1,4 +1,4 @@
-// Foreground models of one pixel, in full: every Gaussian, every list entry, every flag at each step.
+// Foreground models of one pixel, in full: every Gaussian and list entry at each step, in use or not.
 #pragma once
 #include <math.h>
 #include <stdint.h>
@@ -10,42 +10,41 @@ namespace reference {
 
 using Values = std::array<uint8_t, 6>;
 
+// Channels that there aren't are 0, with no variance.
 struct CountedMixture {
   struct Mode {
     int hits = 0;
-    double weight = 0, variance[3] = {12.5, 12.5, 12.5}, mean[3] = {};
+    double weight = 0;
+    std::array<double, 3> variance{}, mean{};
+    double spread() const { return variance[0] + variance[1] + variance[2]; }
+    double key() const { return hits > 0 ? weight / sqrt(spread()) : 0; }
   };
   std::vector<Mode> modes{5};
   int channels;
 
   CountedMixture(const uint8_t* x, int count) : channels(count) {
+    for (Mode& m : modes) std::fill_n(m.variance.begin(), channels, 12.5);
     modes[0].hits = 1, modes[0].weight = 1;
-    std::copy(x, x + channels, modes[0].mean);
-  }
-  double variance(const Mode& m) const {
-    double sum = m.variance[0];
-    for (int c = 1; c < channels; ++c) sum += m.variance[c];
-    return sum;
+    std::copy_n(x, channels, modes[0].mean.begin());
   }
   // Whether x is foreground in the frame of that number.
   bool advance(int frame, const uint8_t* x) {
+    const bool steady = frame == 200;
     int match[5] = {}, matched = -1, hits = 0;
     for (int k = 0; k < 5; ++k) {
-      hits += modes[k].hits;
       double square = 0;
       for (int c = 0; c < channels; ++c) square += (modes[k].mean[c] - x[c]) * (modes[k].mean[c] - x[c]);
-      if (matched < 0 && variance(modes[k]) * 6.25 > square) match[matched = k] = 1;
+      if (matched < 0 && modes[k].spread() * 6.25 > square) match[matched = k] = 1;
+      hits += modes[k].hits;
     }
-    const bool steady = frame == 200;
     for (int k = 0; k < 5; ++k) {
       Mode& m = modes[k];
-      if (!steady) m.hits += match[k];
       m.weight += (match[k] - m.weight) * (steady ? 1.0 / 200 : 1.0 / (hits + 1));
+      if (match[k] && !steady) ++m.hits;
       const double rate = steady ? 1 / (200 * m.weight) : 1.0 / m.hits;
       for (int c = 0; c < channels && match[k]; ++c) {
         const double e = x[c] - m.mean[c];
-        m.mean[c] += e * rate;
-        m.variance[c] += rate * (e * e - m.variance[c]);
+        m.mean[c] += e * rate, m.variance[c] += rate * (e * e - m.variance[c]);
       }
     }
     if (matched < 0) {
@@ -55,15 +54,12 @@ struct CountedMixture {
       for (int k = 0; k < 5; ++k)
         modes[k].weight = steady && k < 4 ? modes[k].weight * (1 - 1.0 / 200) : (double)modes[k].hits / hits;
     }
-    std::stable_sort(modes.begin(), modes.end(), [&](const Mode& a, const Mode& b) { return key(a) > key(b); });
+    std::stable_sort(modes.begin(), modes.end(), [](const Mode& a, const Mode& b) { return a.key() > b.key(); });
     double sum = 0;
-    for (int k = 0; k < 5 && !(sum > 0.7); ++k) {
-      sum += modes[k].weight;
+    for (int k = 0; k < 5 && !(sum > 0.7); sum += modes[k++].weight)
       if (match[k]) return false;
-    }
     return true;
   }
-  double key(const Mode& m) const { return m.hits > 0 ? m.weight / sqrt(variance(m)) : 0; }
 };
 
 // What a pixel of the histogram model has shown: its values, or its changes.
