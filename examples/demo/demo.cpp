@@ -16,6 +16,7 @@
 #include "geometry.h"
 #include "orvcore.h"
 #include "processor.h"
+#include "pyramid.h"
 #include "scene.h"
 #include "segments.h"
 #include "sheet.h"
@@ -187,6 +188,7 @@ void run(const std::string& directory, const std::string& path) {
   showDetection(sheet, gray);
   showUndistortion(sheet);
   showSuperResolution(sheet, gray);
+  showPyramid(sheet, photo);
   showFlow(sheet, gray);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }

@@ -10,7 +10,6 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "motion/pyramid_down_8u.cpp"
 #include "core/kernels.h"
-#include "core/scratch.h"
 #include "core/vectors.h"
 #include "motion/pixel_triples.h"
 #include "motion/pyramid_dyadic.h"
@@ -84,7 +83,7 @@ OrvStatus pyramidDown(DownKernels kernels, const void* srcData, int32_t srcStep,
   ORV_REQUIRE(status == orvStatusOk, status);
   const ptrdiff_t width = roi.width, n = width * channels;
   Scratch scratch{buffer};
-  uint16_t* const folded = scratch.take<uint16_t>(n + 6 * channels, 64) + 2 * channels;
+  uint16_t* const folded = takeRow(scratch, n, 2 * channels);
   uint8_t* const full = scratch.take<uint8_t>(n, 1);
 
   for (ptrdiff_t y = 0; y < halved(roi.height); ++y) {

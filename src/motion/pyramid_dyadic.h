@@ -2,6 +2,7 @@
 #pragma once
 #include "core/checks.h"
 #include "core/image.h"
+#include "core/scratch.h"
 #include "filter/border.h"
 
 namespace ORV_VARIANT {
@@ -16,6 +17,13 @@ static inline OrvStatus checkDyadic(const T* src, int32_t srcStep, const T* dst,
   ORV_REQUIRE(dstStep >= rowBytes<T>(dstWidth, channels), orvStatusStep);
   ORV_REQUIRE(stepsAligned<T>(srcStep, dstStep), orvStatusStepAlign);
   return orvStatusOk;
+}
+
+// A row of n sums with `margin` elements before it and twice that many behind. Rows that are long enough for it to pay,
+// and for the buffer to have room, begin at a cache line.
+static inline uint16_t* takeRow(Scratch& scratch, ptrdiff_t n, ptrdiff_t margin) {
+  if (n < 64) return scratch.take<uint16_t>(n + 3 * margin, 2) + margin;
+  return scratch.take<uint16_t>(n + 2 * margin + 32, 64) + 32;
 }
 
 // Half of a side, rounded up.

@@ -22,19 +22,22 @@ struct PyramidLayer {
   int32_t threads;  // down only: for which `work` has room
 };
 
-// Rates around 2 are plain decimation.
+// Rates around 2 are plain decimation, with a rounding of its own for some; the bounds belong to the former only.
 static inline bool halves(float rate) { return rate >= 1.99998f && rate <= 2.00002f; }
+static inline bool halvesClosely(float rate) { return rate > 1.99998f && rate < 2.00002f; }
 
-// The piece of memory that a state is carved from; a null one only counts.
+// The piece of memory that a state is carved from; a null one only counts, up to `limit`.
 struct LayerMemory {
   uint8_t* next;
   int64_t bytes = 0;
-  static constexpr int64_t limit = INT64_MAX / 16;  // products of two sides stay below
+  static constexpr int64_t limit = (int64_t)1 << 60;
 
   template <class T>
   T* take(int64_t count) {
     T* const piece = (T*)(void*)(next == nullptr ? nullptr : next + bytes);
-    bytes = (bytes + count * (int64_t)sizeof(T) + 63) & ~(int64_t)63;
+    const auto size = (int64_t)sizeof(T);
+    bytes += count < limit / size ? (count * size + 63) & ~(int64_t)63 : limit;
+    if (bytes > limit) bytes = limit;
     return piece;
   }
 };

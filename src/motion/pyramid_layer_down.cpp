@@ -159,7 +159,7 @@ struct LayerDown {
     const ptrdiff_t taken = pixels < dstRoi.width ? pixels : dstRoi.width;
     auto* const out = dst.row(y);
     fillWindow(band, row);
-    if (kernels.finishedColumn != nullptr && !small && channels == 1 && taps.size == 5) {
+    if (kernels.finishedColumn != nullptr && halvesClosely(state.rate) && !small && channels == 1 && taps.size == 5) {
       kernels.finishedColumn(band.window, raw(out), taken, taps);
     } else {
       kernels.column(band.window, band.full, taken * channels, taps);

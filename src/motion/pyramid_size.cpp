@@ -98,7 +98,7 @@ OrvStatus orviPyramidInitAlloc(OrvPyramid** pyramid, int32_t level, OrvSize roiS
   const int64_t entries = (int64_t)steps + 1;
   const auto padded = [](int64_t bytes) { return (bytes + 31) & ~(int64_t)31; };
   const int64_t pointers = padded(8 * entries);
-  const int64_t bytes = padded(sizeof(OrvPyramid)) + 3 * pointers + padded(4 * entries) + 31;
+  const int64_t bytes = padded(sizeof(OrvPyramid)) + 3 * pointers + padded(4 * entries) + 32;
   ORV_REQUIRE(bytes <= INT32_MAX, orvStatusNoMem);
   auto* const made = (OrvPyramid*)orvMalloc((int32_t)bytes);
   ORV_REQUIRE(made != nullptr, orvStatusNoMem);

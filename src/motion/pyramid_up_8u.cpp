@@ -10,7 +10,6 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "motion/pyramid_up_8u.cpp"
 #include "core/kernels.h"
-#include "core/scratch.h"
 #include "motion/pixel_triples.h"
 #include "motion/pyramid_dyadic.h"
 
@@ -95,20 +94,26 @@ OrvStatus pyramidUp(UpKernels kernels, const void* srcData, int32_t srcStep, voi
   ORV_REQUIRE(status == orvStatusOk, status);
   const ptrdiff_t width = roi.width, n = width * channels;
   Scratch scratch{buffer};
-  uint16_t* const even = scratch.take<uint16_t>(n + 2 * channels, 64) + channels;
-  uint16_t* const folded[2] = {even, scratch.take<uint16_t>(n + 2 * channels, 2) + channels};
+  uint16_t* folded[4];
+  for (uint16_t*& row : folded) row = takeRow(scratch, n, channels);
   uint8_t* const doubled = scratch.take<uint8_t>(2 * n, 1);
 
-  for (ptrdiff_t y = 0; y < roi.height; ++y) {
+  const auto fold = [&](ptrdiff_t y) {
     const uint8_t* rows[3];
     for (int32_t i = 0; i < 3; ++i) rows[i] = raw(src.row(lineAbove(y + i - 1, roi.height)));
-    kernels.fold(rows, folded[0], folded[1], n, flip);
-    for (ptrdiff_t i = 0; i < 2; ++i) {
+    uint16_t** const pair = folded + 2 * (y & 1);
+    kernels.fold(rows, pair[0], pair[1], n, flip);
+    for (ptrdiff_t i = 0; i < 2; ++i)
       for (const ptrdiff_t x : {(ptrdiff_t)-1, width})
         for (ptrdiff_t c = 0; c < channels; ++c)
-          folded[i][x * channels + c] = folded[i][lineAbove(x, width) * channels + c];
-      kernels.twice(folded[i], doubled, raw(dst.row(2 * y + i)), width, flip);
-    }
+          pair[i][x * channels + c] = pair[i][lineAbove(x, width) * channels + c];
+  };
+  fold(0);
+  for (ptrdiff_t y = 0; y < roi.height; ++y) {
+    // a row ahead: what has just been stored is slow to load at another place
+    if (y + 1 < roi.height) fold(y + 1);
+    for (ptrdiff_t i = 0; i < 2; ++i)
+      kernels.twice(folded[2 * (y & 1) + i], doubled, raw(dst.row(2 * y + i)), width, flip);
   }
   return orvStatusOk;
 }

@@ -92,7 +92,8 @@ struct PyramidLayerPlain {
     constexpr bool bytes = sizeof(T) == 1;
     const bool small = std::min(src.width, src.height) <= (int)k.size();
     const bool halved = rate >= 1.99998f && rate <= 2.00002f;
-    const bool quick = bytes && single && halved && !small && k.size() == 5;
+    const bool close = rate > 1.99998f && rate < 2.00002f;
+    const bool quick = bytes && single && close && !small && k.size() == 5;
     Sheet<V> rows = filtered(src, bytes ? 8 : 10, 0, small, bytes).turned();
     if (quick) rows = filtered(rows, 18, 3 << 16, false, false).turned();
     else rows = filtered(rows, bytes ? 15 : 11, bytes ? 1 << 14 : 1 << 10, false, bytes).turned();

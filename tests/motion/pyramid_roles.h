@@ -1,10 +1,9 @@
 // The dyadic steps against their plain forms.
+#pragma once
 #include "features/roles.h"
 #include "reference/pyramid.h"
 
-using namespace test;
-
-namespace {
+namespace test {
 
 // A destination of half or twice the size.
 template <class T>
@@ -20,12 +19,14 @@ template <class T>
 using Step = OrvStatus (*)(const T*, int32_t, T*, int32_t, OrvSize, uint8_t*);
 
 template <class T>
-void check(const char* name, Step<T> step, int channels, bool up) {
+void checkDyadic(const char* name, Step<T> step, int channels, bool up) {
   const auto plain = [=](const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, uint8_t*) {
     (up ? reference::pyrUp<T> : reference::pyrDown<T>)(src, srcStep, dst, dstStep, roi, channels);
   };
   const Buffer buffer([=](OrvSize roi, int32_t* bytes) {
-    return (up ? orviPyrUpGetBufSize_Gauss5x5 : orviPyrDownGetBufSize_Gauss5x5)(roi.width, orvData8u, channels, bytes);
+    const int32_t row = (roi.width * (up ? 8 : 4) * channels + 15) & ~15;
+    *bytes = row * (up ? 3 : 6) + 64;  // as the functions for sizes report
+    return orvStatusOk;
   });
   sweep(name, step, plain, {0, 0}, In<T>(channels), Scaled<T>(channels, up), Roi(), buffer);
   std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
@@ -33,14 +34,10 @@ void check(const char* name, Step<T> step, int channels, bool up) {
   for (int position = 0; position < 2 && sizeof(T) > 1; ++position) order.push_back({Fault::misalignedStep, position});
   walkArguments(name, step, order, In<T>(channels), Scaled<T>(channels, up), Roi(), buffer);
 }
-#define STEPS(T, type)                                                                             \
-  check<T>("orviPyrDown_Gauss5x5_" #type "_C1R", orviPyrDown_Gauss5x5_##type##_C1R, 1, false),     \
-      check<T>("orviPyrDown_Gauss5x5_" #type "_C3R", orviPyrDown_Gauss5x5_##type##_C3R, 3, false), \
-      check<T>("orviPyrUp_Gauss5x5_" #type "_C1R", orviPyrUp_Gauss5x5_##type##_C1R, 1, true),      \
-      check<T>("orviPyrUp_Gauss5x5_" #type "_C3R", orviPyrUp_Gauss5x5_##type##_C3R, 3, true)
+#define CHECK_DYADIC(T, type)                                                                            \
+  checkDyadic<T>("orviPyrDown_Gauss5x5_" #type "_C1R", orviPyrDown_Gauss5x5_##type##_C1R, 1, false),     \
+      checkDyadic<T>("orviPyrDown_Gauss5x5_" #type "_C3R", orviPyrDown_Gauss5x5_##type##_C3R, 3, false), \
+      checkDyadic<T>("orviPyrUp_Gauss5x5_" #type "_C1R", orviPyrUp_Gauss5x5_##type##_C1R, 1, true),      \
+      checkDyadic<T>("orviPyrUp_Gauss5x5_" #type "_C3R", orviPyrUp_Gauss5x5_##type##_C3R, 3, true)
 
-}  // namespace
-
-TEST(bytes) { STEPS(uint8_t, 8u); }
-TEST(signed_bytes) { STEPS(int8_t, 8s); }
-TEST(floats) { STEPS(float, 32f); }
+}  // namespace test
