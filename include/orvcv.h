@@ -20,6 +20,7 @@
 #include "orvcv/filter_pipeline.h"
 #include "orvcv/filter_gaussian.h"
 #include "orvcv/filter_fixed.h"
+#include "orvcv/mixture.h"
 #include "orvcv/morphology.h"
 #include "orvcv/rank_filter.h"
 #include "orvcv/morphology_replicate.h"
