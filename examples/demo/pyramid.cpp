@@ -1,6 +1,7 @@
 #include "pyramid.h"
 #include <algorithm>
 #include <memory>
+#include <string>
 #include "frames.h"
 #include "timing.h"
 
@@ -116,7 +117,7 @@ void showPyramid(Sheet& sheet, const Bytes& photo) {
   sheet.picture(amplified(difference(source, twice.image).image, 4), "pyramid_detail", "what was lost",
                 "The photograph against it, times 4: the finest level of a Laplacian pyramid.");
   const Levels levels(source, 6);
-  sheet.picture(strip(levels.images), "pyramid_levels", number(levels.record->level, 0) + " levels of rate 1.5",
+  sheet.picture(strip(levels.images), "pyramid_levels", std::to_string(levels.record->level) + " levels of rate 1.5",
                 "All with one state; the time is that of all.", "orviPyramidLayerDown_8u_C3R", levels.time);
   const auto top = climbed(levels, std::min(3, (int)levels.record->level));
   sheet.picture(top.image, "pyramid_up", "up from level 3", "Three steps of rate 1.5 up again.",
