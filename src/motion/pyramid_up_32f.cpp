@@ -12,6 +12,7 @@
 #define HWY_TARGET_INCLUDE "motion/pyramid_up_32f.cpp"
 #include "core/kernels.h"
 #include "core/scratch.h"
+#include "hwy/cache_control.h"
 #include "motion/pyramid_dyadic.h"
 
 KERNELS_BEGIN
@@ -56,14 +57,25 @@ void DoubleRowC3(const float* s, float* out, ptrdiff_t n) {
   }
 }
 
-void FoldRows(const float* const* rows, float* even, float* odd, ptrdiff_t n) {
+// `bypass`: both result rows begin at a cache line, and their whole vectors go past the cache.
+void FoldRows(const float* const* rows, float* even, float* odd, ptrdiff_t n, bool bypass) {
   const float *r0 = rows[0], *r1 = rows[1], *r2 = rows[2];
+  const auto fold = [&](auto d, ptrdiff_t x, const auto& store) __attribute__((always_inline)) {
+    const auto here = hn::LoadU(d, r1 + x), below = hn::LoadU(d, r2 + x);
+    const auto sum = hn::Add(hn::Add(hn::LoadU(d, r0 + x), hn::Mul(hn::Set(d, 6.f), here)), below);
+    store(hn::Mul(sum, hn::Set(d, 0.015625f)), even + x);
+    store(hn::Mul(hn::Add(here, below), hn::Set(d, 0.0625f)), odd + x);
+  };
+  constexpr ptrdiff_t lanes = HWY_MAX_BYTES / sizeof(float);
+  const hn::ScalableTag<float> whole;
+  ptrdiff_t x = 0;
+  for (; bypass && x + lanes <= n; x += lanes)
+    fold(
+        whole, x, [&](auto v, float* p) __attribute__((always_inline)) { hn::Stream(v, whole, p); });
   Vectors<float>(
-      0, n, VECTOR(d, x) {
-        const auto here = hn::LoadU(d, r1 + x), below = hn::LoadU(d, r2 + x);
-        const auto sum = hn::Add(hn::Add(hn::LoadU(d, r0 + x), hn::Mul(hn::Set(d, 6.f), here)), below);
-        hn::StoreU(hn::Mul(sum, hn::Set(d, 0.015625f)), d, even + x);
-        hn::StoreU(hn::Mul(hn::Add(here, below), hn::Set(d, 0.0625f)), d, odd + x);
+      x, n, VECTOR(d, i) {
+        fold(
+            d, i, [&](auto v, float* p) __attribute__((always_inline)) { hn::StoreU(v, d, p); });
       });
 }
 
@@ -74,7 +86,7 @@ namespace {
 
 struct UpKernels {
   void (*row)(const float* s, float* out, ptrdiff_t n);
-  void (*fold)(const float* const* rows, float* even, float* odd, ptrdiff_t n);
+  void (*fold)(const float* const* rows, float* even, float* odd, ptrdiff_t n, bool bypass);
 };
 
 // The two elements that element x of a line of n becomes.
@@ -104,6 +116,13 @@ void thinUp(Plane<const float> src, Plane<float> dst, OrvSize roi, ptrdiff_t cha
     }
 }
 
+// Whether results of rows of n elements go past the cache. They are four times the source; from 30 MiB on they
+// displace more than they serve. Streaming stores take whole lines only.
+bool bypasses(Plane<float> dst, ptrdiff_t n, OrvSize roi) {
+  const bool atLines = (((uintptr_t)dst.data | (uintptr_t)(uint32_t)dst.step) & 63) == 0;
+  return atLines && 2 * roi.height * n * (ptrdiff_t)sizeof(float) >= 30 << 20;
+}
+
 OrvStatus pyramidUp(UpKernels kernels, const float* srcData, int32_t srcStep, float* dstData, int32_t dstStep,
                     OrvSize roi, int32_t channels, uint8_t* buffer) {
   const OrvStatus status =
@@ -120,6 +139,7 @@ OrvStatus pyramidUp(UpKernels kernels, const float* srcData, int32_t srcStep, fl
   float* ring[3];
   for (float*& slot : ring) slot = scratch.take<float>(n, &slot == ring ? 64 : 16);
 
+  const bool bypass = bypasses(dst, n, roi);
   ptrdiff_t made = 0;
   for (ptrdiff_t y = 0; y < roi.height; ++y) {
     for (; made <= y + 1 && made < roi.height; ++made) {
@@ -135,8 +155,9 @@ OrvStatus pyramidUp(UpKernels kernels, const float* srcData, int32_t srcStep, fl
     }
     const float* rows[3];
     for (int32_t i = 0; i < 3; ++i) rows[i] = ring[lineAbove(y + i - 1, roi.height) % 3];
-    kernels.fold(rows, raw(dst.row(2 * y)), raw(dst.row(2 * y + 1)), n);
+    kernels.fold(rows, raw(dst.row(2 * y)), raw(dst.row(2 * y + 1)), n, bypass);
   }
+  if (bypass) hwy::FlushStream();
   return orvStatusOk;
 }
 
