@@ -1,4 +1,5 @@
 // Gaussian mixtures on sixteen frames of a still camera, in turn: a photograph with sensor noise and passing squares.
+#include <algorithm>
 #include "bench.h"
 
 namespace {

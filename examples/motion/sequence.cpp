@@ -1,5 +1,4 @@
 #include "sequence.h"
-#include <math.h>
 #include <algorithm>
 #include <filesystem>
 #include <stdexcept>

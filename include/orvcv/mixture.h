@@ -20,7 +20,7 @@
 extern "C" {
 #endif
 
-/* Distances are Euclidean in the colour space of the frames, weights of a pixel's modes sum up to 1. */
+/* Distances are Euclidean in the colour space of the frames, weights of a pixel's modes sum up to about 1. */
 typedef struct {
   int32_t numFrames;     /* history: the automatic learning rate falls to 1 / numFrames */
   int32_t numGauss;      /* modes a pixel, from 1 to the maximum given to the initialisation */

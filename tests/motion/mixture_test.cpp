@@ -103,7 +103,7 @@ TEST(againstThePlainForm) {
       {{33, 3}, {500, 5, 60, 4, 75, 9, 0.6f, 16, 0.9f, 100, 1, 0.2f}, 0.3},      // strong pruning
       {{70, 2}, {20, 3, 400, 400, 1000, 2, 0.99f, 9, 0.3f, 127, 1, 1.01f}, -1},  // wide modes that rise
       {{32, 2}, {20, 1, 15, 4, 75, 16, 0.9f, 9, 0.05f, 127, 1, 0.7f}, 0.05},     // one mode
-      {{40, 2}, {50, 10, 1, 0, 5, 16, 0, 4, 0, 127, 1, 0.5f}, 0.02},          // more modes than layers, variance 0
+      {{40, 2}, {50, 10, 1, 0, 5, 16, 0, 4, 0, 127, 1, 0.5f}, 0.02},             // more modes than layers, variance 0
       {{65, 1}, {50, 4, 15, 4, 75, 16, 0.9f, 9, 0.05f, 127, 1, 0.5f}, 0},        // frozen: weights of 0
       {{31, 4}, {50, 4, 15, 4, 75, 16, 0.9f, 9, -0.2f, 127, 1, 0.5f}, 0.2}};     // gains instead of pruning
   for (const Case& k : cases)
