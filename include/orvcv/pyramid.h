@@ -143,8 +143,8 @@ typedef struct OrvPyramidUpState OrvPyramidUpState;
  * The step returns, in order: orvStatusNullPtr (src, dst, state), orvStatusSize (srcRoi), orvStatusStep (srcStep, then
  * dstStep below a row), orvStatusStepAlign (16u, 32f), orvStatusBadArg (rate), orvStatusSize (dstRoi). dstRoi must be
  * the size that orviGetPyramidDownROI reports, unless the state's region is larger than the kernel and srcRoi has the
- * height of one of its levels: then it must be the size of the level below the first of that height, whatever the width.
- * So a pyramid of a wide image can't be walked on with one state where all heights are 1.
+ * height of one of its levels: then it must be the size of the level below the first of that height, whatever the
+ * width. So a pyramid of a wide image can't be walked on with one state where all heights are 1.
  *
  * Large regions are worked on by a team, of at most the threads that the library had when the state was made. */
 OrvStatus orviPyramidLayerDownInitAlloc_8u_C1R(OrvPyramidDownState** state, OrvSize srcRoi, float rate,
