@@ -28,31 +28,13 @@ void plainDistances(const uint8_t* src, int32_t srcStep, float* dst, int32_t dst
   }
 }
 
-// Scratch memory of exactly the reported size.
-struct Buffer : Result<uint8_t> {
-  using Result::Result;
-  void prepare(Random& r, const Shape& shape) {
-    Result::prepare(r, shape);
-    size = {shape.width, shape.height};
-  }
-  std::tuple<uint8_t*> arguments(Side) {
-    int32_t bytes = 0;
-    CHECK(orviTrueDistanceTransformGetBufferSize_8u32f_C1R(size, &bytes) == orvStatusOk);
-    memory = std::make_shared<Guarded>((size_t)bytes, true, (size_t)(bytes % 7));
-    reset();
-    return {nullFault ? nullptr : memory->data()};
-  }
-  void verify(int) const { CHECK(memory->intact()); }
-  OrvSize size{};
-};
-
 }  // namespace
 
 TEST(all_contents) {
   const Shape large[] = {{600, 17, true}, {70, 200, true}, {1, 300, true}, {1500, 2, true}, {290, 130, true}};
   for (int kind = 0; kind < maskKinds; ++kind)
     sweep("orviTrueDistanceTransform_8u32f_C1R", orviTrueDistanceTransform_8u32f_C1R, plainDistances, large[kind % 5],
-          Drawn(kind), Out<float>(), Roi(), Buffer());
+          Drawn(kind), Out<float>(), Roi(), Scratch(orviTrueDistanceTransformGetBufferSize_8u32f_C1R));
 }
 
 // Beyond the whole numbers that a float holds the envelope decides, parabola by parabola in single precision.

@@ -25,13 +25,10 @@ void plainSpeckles(T* image, int32_t step, OrvSize size, T speckle, int32_t most
 // Scratch of exactly 13 bytes a pixel.
 struct SpeckleBuffer {
   std::shared_ptr<Guarded> memory;
-  bool nullFault = false;
   void prepare(Random& r, const Shape& s) {
     memory = std::make_shared<Guarded>((size_t)(13 * s.width * s.height), true, (size_t)r.in(0, 3));
   }
-  std::tuple<uint8_t*> arguments(Side) { return {nullFault ? nullptr : memory->data()}; }
-  void spoil(Fault) { nullFault = true; }
-  void mend() { nullFault = false; }
+  std::tuple<uint8_t*> arguments(Side) { return {memory->data()}; }
   void reset() {}
   bool untouched() const { return true; }
   void verify(int) const { CHECK(memory->intact()); }
