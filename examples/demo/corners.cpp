@@ -1,37 +1,16 @@
 #include "corners.h"
 #include <math.h>
 #include <algorithm>
-#include <array>
+#include "marks.h"
 #include "timing.h"
 
 namespace demo {
 namespace {
 
-using Colour = std::array<uint8_t, 3>;
-constexpr Colour warm = {255, 190, 40}, cool = {70, 200, 255}, green = {120, 255, 90};
-
-Bytes darkened(const Bytes& gray) {
-  Bytes canvas(gray.width, gray.height, 3);
-  for (size_t i = 0; i < canvas.pixels.size(); ++i) canvas.pixels[i] = (uint8_t)(gray.pixels[i / 3] * 3 / 5);
-  return canvas;
-}
-
-void dot(Bytes& canvas, float x, float y, Colour colour) {
-  const int column = (int)lroundf(x), row = (int)lroundf(y);
-  if (column < 0 || row < 0 || column >= canvas.width || row >= canvas.height) return;
-  std::copy(colour.begin(), colour.end(), canvas.at(column, row));
-}
-
-void circle(Bytes& canvas, int x, int y, float radius, Colour colour) {
-  const int steps = (int)(8 * radius) + 8;
-  for (int i = 0; i < steps; ++i) {
-    const float a = 6.2831853f * (float)i / (float)steps;
-    dot(canvas, (float)x + radius * cosf(a), (float)y + radius * sinf(a), colour);
-  }
-}
-
+// A line of `length` pixels in the direction (dx, dy).
 void ray(Bytes& canvas, int x, int y, float dx, float dy, float length, Colour colour) {
-  for (float t = 0; t <= length; t += 0.5f) dot(canvas, (float)x + t * dx, (float)y + t * dy, colour);
+  const auto from = OrvPoint32f{(float)x, (float)y};
+  line(canvas, from, {from.x + length * dx, from.y + length * dy}, colour);
 }
 
 std::string number(int value) { return std::to_string(value); }
@@ -64,7 +43,7 @@ void showFastN(Sheet& sheet, const Bytes& gray, int radius, int arc, float thres
     const float size = 1 + corner.score / 16;
     // The angle is that of (sum of sines, sum of cosines): sine 1 is left of the pixel, cosine 1 below it.
     const float a = corner.angle * 0.017453293f;
-    circle(canvas, corner.x, corner.y, size, colour);
+    circle(canvas, (float)corner.x, (float)corner.y, size, colour);
     ray(canvas, corner.x, corner.y, -cosf(a), sinf(a), size + 4, colour);
   }
   sheet.picture(canvas, "corners_fastn" + number(radius), "FastN, radius " + number(radius) + ", N " + number(arc),
@@ -85,7 +64,7 @@ Bytes maxima(const Bytes& gray, const Floats& response, float share, Colour colo
       bool largest = value > share * most;
       for (int i = 0; i < 49 && largest; ++i) largest = value >= *response.at(x + i % 7 - 3, y + i / 7 - 3);
       if (!largest) continue;
-      circle(canvas, x, y, 2 + 8 * sqrtf(sqrtf(value / most)), colour);
+      circle(canvas, (float)x, (float)y, 2 + 8 * sqrtf(sqrtf(value / most)), colour);
       ++*count;
     }
   return canvas;

@@ -9,12 +9,14 @@
 #include "derivatives.h"
 #include "detection.h"
 #include "distances.h"
+#include "edges.h"
 #include "frames.h"
 #include "gaussian.h"
 #include "morphology.h"
 #include "geometry.h"
 #include "orvcore.h"
 #include "processor.h"
+#include "pyramid.h"
 #include "scene.h"
 #include "segments.h"
 #include "sheet.h"
@@ -175,16 +177,19 @@ void run(const std::string& directory, const std::string& path) {
   showDifferences(sheet, photo, gray);
   showAverages(sheet, photo);
   showDerivatives(sheet, gray);
-  showCorners(sheet, gray);
   showStatistics(sheet, photo, gray);
+  showEdges(sheet, gray);
+  showLines(sheet);
+  showCorners(sheet, gray);
   showMorphology(sheet);
-  showDetection(sheet, gray);
+  showSegments(sheet, photo);
   showDistances(sheet);
   showInpainting(sheet, photo, gray);
+  showDetection(sheet, gray);
   showUndistortion(sheet);
   showSuperResolution(sheet, gray);
+  showPyramid(sheet, photo);
   showFlow(sheet, gray);
-  showSegments(sheet, photo);
   printf("\nLook at %s\n", sheet.finish("orvCV on a photograph").c_str());
 }
 

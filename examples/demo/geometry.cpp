@@ -2,6 +2,7 @@
 #include <math.h>
 #include <memory>
 #include "frames.h"
+#include "marks.h"
 #include "timing.h"
 
 namespace demo {
@@ -129,7 +130,7 @@ Timed<uint8_t> sharpen(const Sequence& s, const Bytes& start, int frames, int st
   return {toBytes(estimate), time / steps};
 }
 
-// The levels of a pyramid, each the mean of 2 x 2 pixels of the one below.
+// The levels of a Gaussian pyramid.
 struct Pyramid {
   std::vector<Bytes> level;
   std::vector<void*> images;
@@ -139,14 +140,15 @@ struct Pyramid {
   OrvPyramid record;
 
   Pyramid(const Bytes& image, int levels) : level{image} {
+    int32_t bytes;
+    require(orviPyrDownGetBufSize_Gauss5x5(image.width, orvData8u, 1, &bytes), "orviPyrDownGetBufSize_Gauss5x5");
+    std::vector<uint8_t> buffer((size_t)bytes);
     while ((int)level.size() < levels) {
       const Bytes& fine = level.back();
-      Bytes coarse(fine.width / 2, fine.height / 2, 1);
-      for (int y = 0; y < coarse.height; ++y)
-        for (int x = 0; x < coarse.width; ++x)
-          *coarse.at(x, y) = (uint8_t)((*fine.at(2 * x, 2 * y) + *fine.at(2 * x + 1, 2 * y) +
-                                        *fine.at(2 * x, 2 * y + 1) + *fine.at(2 * x + 1, 2 * y + 1) + 2) /
-                                       4);
+      Bytes coarse((fine.width + 1) / 2, (fine.height + 1) / 2, 1);
+      require(orviPyrDown_Gauss5x5_8u_C1R(fine.pixels.data(), fine.step(), coarse.pixels.data(), coarse.step(),
+                                          fine.size(), buffer.data()),
+              "orviPyrDown_Gauss5x5_8u_C1R");
       level.push_back(coarse);
     }
     for (Bytes& l : level) {
@@ -158,21 +160,6 @@ struct Pyramid {
     record = {images.data(), sizes.data(), rates.data(), steps.data(), nullptr, levels - 1};
   }
 };
-
-struct Colour {
-  uint8_t red, green, blue;
-};
-
-void drawLine(Bytes& image, OrvPoint32f a, OrvPoint32f b, Colour colour) {
-  const int n = (int)std::max(fabsf(b.x - a.x), fabsf(b.y - a.y)) + 1;
-  for (int i = 0; i <= n; ++i) {
-    const float t = (float)i / (float)n;
-    const int x = (int)(a.x + (b.x - a.x) * t + 0.5f), y = (int)(a.y + (b.y - a.y) * t + 0.5f);
-    if (x < 0 || y < 0 || x >= image.width || y >= image.height) continue;
-    uint8_t* pixel = image.at(x, y);
-    pixel[0] = colour.red, pixel[1] = colour.green, pixel[2] = colour.blue;
-  }
-}
 
 }  // namespace
 
@@ -254,9 +241,9 @@ void showFlow(Sheet& sheet, const Bytes& gray) {
     const bool found = status[i] == 0, good = found && off < 0.5;
     lost += !found, right += good;
     constexpr Colour green{64, 255, 96}, orange{255, 140, 32}, yellow{255, 255, 64}, red{255, 32, 32};
-    if (found) drawLine(drawn, from[i], to[i], good ? green : orange);
+    if (found) line(drawn, from[i], to[i], good ? green : orange);
     const OrvPoint32f end = found ? to[i] : from[i], next{end.x + 1, end.y};
-    drawLine(drawn, end, next, found ? yellow : red);
+    line(drawn, end, next, found ? yellow : red);
   }
   sheet.section("Optical flow",
                 "Points of a grid followed from one frame to the next, which is turned by 2 degrees and "

@@ -80,6 +80,43 @@ struct Disc {
   }
 };
 
+// Dark regions that the image's border can't reach are filled: erosion above the image, from a marker that is the image
+// along the border and white inside.
+Timed<uint8_t> filled(const Bytes& image) {
+  int32_t bytes;
+  require(orviMorphReconstructGetBufferSize_8u_C1(image.size(), &bytes), "orviMorphReconstructGetBufferSize_8u_C1");
+  std::vector<uint8_t> buffer((size_t)bytes);
+  Bytes marker;
+  const double time = leastSeconds([&] {
+    marker = image;
+    for (int y = 1; y < image.height - 1; ++y) memset(marker.at(1, y), 255, (size_t)image.width - 2);
+    require(orviMorphReconstructErode_8u_C1IR(image.pixels.data(), image.step(), marker.pixels.data(), marker.step(),
+                                              image.size(), buffer.data(), 1),
+            "orviMorphReconstructErode_8u_C1IR");
+  });
+  return {marker, time};
+}
+
+// Rings, washers and a nut, bright on dark: objects with holes, some of them cut open.
+Bytes drawParts() {
+  Bytes parts(560, 300, 1);
+  const struct {
+    float x, y, outer, inner, gap;
+  } rings[] = {{90, 90, 62, 30, 0},   {230, 80, 48, 34, 0},  {250, 210, 70, 50, 9}, {90, 225, 48, 8, 0},
+               {390, 90, 66, 46, 12}, {490, 110, 40, 26, 0}, {420, 225, 56, 36, 0}};
+  for (int y = 0; y < parts.height; ++y)
+    for (int x = 0; x < parts.width; ++x) {
+      float light = 40 + 8 * noise(x, y);
+      for (const auto& ring : rings) {
+        const float dx = (float)x - ring.x, dy = (float)y - ring.y, d = hypotf(dx, dy);
+        const bool cut = dx > 0 && fabsf(dy) < ring.gap;
+        if (d < ring.outer && d > ring.inner && !cut) light = 190 - 0.5f * dy + 8 * noise(x, y);
+      }
+      *parts.at(x, y) = (uint8_t)light;
+    }
+  return parts;
+}
+
 }  // namespace
 
 void showMorphology(Sheet& sheet) {
@@ -114,6 +151,13 @@ void showMorphology(Sheet& sheet) {
     });
     sheet.picture(amplified(result, how.gain), how.stem, how.title, how.caption, how.call, time);
   }
+
+  const Bytes parts = drawParts();
+  sheet.section("Reconstruction", "Holes are filled without a mask of a size: what the border can't reach is one.");
+  sheet.picture(parts, "parts", "rings", "Two are cut open.");
+  const auto whole = filled(parts);
+  sheet.picture(whole.image, "parts_filled", "holes filled", "The cut ones stay open: their inside is outside.",
+                "orviMorphReconstructErode_8u_C1IR", whole.seconds);
 }
 
 }  // namespace demo

@@ -65,10 +65,18 @@ struct RunLines {
   }
 };
 
-// A line pays if it saves more reads than making it takes; a write counts as a read and a half. Lengths beyond the
-// first few different ones are folded position by position.
+// Reads and writes of making a line from one of `from`, in half reads; a write counts as a read and a half.
+static inline int64_t lineCost(int64_t from, int64_t length) {
+  int64_t cost = 3;
+  for (; length > 4 * from; from *= 4) cost += 2 * 4 + 3;
+  return cost + 2 * ((length + from - 1) / from);
+}
+
+// The chain of lines with the least cost in all: of making them, and of reading the runs, a run with a line at once,
+// others position by position. Lengths beyond the first few different ones have no line.
 static inline RunLines chooseLines(const MaskBox& box) {
-  int32_t length[RunLines::most], uses[RunLines::most], count = 0;
+  int32_t length[RunLines::most + 1] = {1}, count = 1;
+  int64_t uses[RunLines::most + 1] = {0};
   for (int32_t y = 0; y < box.rows; ++y)
     for (MaskBox::Run run = box.runFrom(y, 0); run.end > run.start; run = box.runFrom(y, run.end)) {
       const int32_t wanted = run.end - run.start;
@@ -76,18 +84,29 @@ static inline RunLines chooseLines(const MaskBox& box) {
       while (i < count && length[i] < wanted) ++i;
       if (i < count && length[i] == wanted) {
         ++uses[i];
-      } else if (count < RunLines::most) {
+      } else if (count <= RunLines::most) {
         for (int32_t k = count++; k > i; --k) length[k] = length[k - 1], uses[k] = uses[k - 1];
         length[i] = wanted, uses[i] = 1;
       }
     }
-  RunLines lines;
+  // best[i]: the least cost of the lengths up to i if i has a line, before[i] the line that it's made from. Entry 0 is
+  // the row itself.
+  int64_t best[RunLines::most + 1] = {2 * uses[0]};
+  int32_t before[RunLines::most + 1] = {-1}, last = 0;
+  int64_t least = INT64_MAX;
   for (int32_t i = 0; i < count; ++i) {
-    int32_t from = lines.base(lines.count), cost = 3;
-    for (; length[i] > 4 * (int64_t)from; from *= 4) cost += 2 * 4 + 3;
-    cost += 2 * ((length[i] + from - 1) / from);
-    if (2 * (int64_t)uses[i] * (length[i] - 1) > cost) lines.length[lines.count++] = length[i];
+    for (int32_t from = 0; from < i; ++from) {
+      int64_t cost = best[from] + lineCost(length[from], length[i]) + 2 * uses[i];
+      for (int32_t k = from + 1; k < i; ++k) cost += 2 * uses[k] * length[k];
+      if (from == 0 || cost < best[i]) best[i] = cost, before[i] = from;
+    }
+    int64_t whole = best[i];
+    for (int32_t k = i + 1; k < count; ++k) whole += 2 * uses[k] * length[k];
+    if (whole < least) least = whole, last = i;
   }
+  RunLines lines;
+  for (int32_t i = last; i > 0; i = before[i]) ++lines.count;
+  for (int32_t i = last, at = lines.count; i > 0; i = before[i]) lines.length[--at] = length[i];
   return lines;
 }
 

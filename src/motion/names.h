@@ -5,4 +5,8 @@
 #include "core/rename.h"
 #include "motion/names.def"
 #include "core/renamed.h"
+#include "orvcv/mixture.h"
 #include "orvcv/optical_flow.h"
+#include "orvcv/motion_history.h"
+#include "orvcv/foreground.h"
+#include "orvcv/pyramid.h"

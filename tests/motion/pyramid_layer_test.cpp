@@ -1,0 +1,210 @@
+// The layer steps against their plain forms, over whole pyramids; refusals; memory.
+// One body serves both variants.
+#include <math.h>
+#include "framework/image.h"
+#include "framework/settings.h"
+#include "framework/walker.h"
+#include "reference/pyramid_layer.h"
+
+using namespace test;
+
+namespace {
+
+template <class T, class K, class State>
+struct Calls {
+  OrvStatus (*init)(State**, OrvSize, float, const K*, int32_t, int32_t);
+  OrvStatus (*run)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, State*);
+  OrvStatus (*free)(State*);
+};
+template <class T, class K>
+struct Family {
+  int channels;
+  Calls<T, K, OrvPyramidDownState> down;
+  Calls<T, K, OrvPyramidUpState> up;
+};
+#define CALLS(way, name) \
+  { orviPyramidLayer##way##InitAlloc_##name, orviPyramidLayer##way##_##name, orviPyramidLayer##way##Free_##name }
+#define FAMILY(channels, name) \
+  { channels, CALLS(Down, name), CALLS(Up, name) }
+const Family<uint8_t, int16_t> bytes[] = {FAMILY(1, 8u_C1R), FAMILY(3, 8u_C3R)};
+const Family<uint16_t, int16_t> words[] = {FAMILY(1, 16u_C1R), FAMILY(3, 16u_C3R)};
+const Family<float, float> floats[] = {FAMILY(1, 32f_C1R), FAMILY(3, 32f_C3R)};
+
+// Fills an image and takes one channel out of it.
+template <class V, class T>
+reference::Sheet<V> channel(const Image<T>& image, int c, int channels) {
+  reference::Sheet<V> sheet(image.elements() / channels, image.height());
+  for (int y = 0; y < sheet.height; ++y)
+    for (int x = 0; x < sheet.width; ++x) sheet(y, x) = (V)image.at(x * channels + c, y);
+  return sheet;
+}
+
+// One step in every setting. `plain` makes a channel.
+template <class T, class State, class Run, class Plain>
+void checkStep(Random& r, const Image<T>& src, OrvSize from, OrvSize to, int channels, State* state, Run run,
+               const Plain& plain) {
+  const Context context(std::to_string(from.width) + "x" + std::to_string(from.height) + " to " +
+                        std::to_string(to.width) + "x" + std::to_string(to.height));
+  Image<T> dst(r, to.width, to.height, channels);
+  std::vector<decltype(plain(0))> want;
+  for (int c = 0; c < channels; ++c) want.push_back(plain(c));
+  forEachSetting((int64_t)from.width * from.height >= 32768, [&] {
+    dst.restore();
+    CHECK(run(src.data(), src.step(), from, dst.data(), dst.step(), to, state) == orvStatusOk);
+    CHECK(src.unchanged() && dst.onlyRegionChanged());
+    for (int y = 0; y < to.height; ++y)
+      for (int x = 0; x < to.width * channels; ++x) {
+        const T value = (T)want[(size_t)(x % channels)](y, x / channels);
+        if (!same(dst.at(x, y), value))
+          return fail("at %d, %d: %.9g, not %.9g", x, y, (double)dst.at(x, y), (double)value);
+      }
+  });
+}
+
+template <class T, class K>
+std::vector<K> drawKernel(Random& r, int size) {
+  std::vector<K> kernel((size_t)size, K(r.one(3) ? 0 : 1));  // a first tap of 0 is a case of its own
+  const int half = size / 2;
+  for (int i = 1; i <= half; ++i) kernel[(size_t)i] = (K)(r.in(1, 20) + 30 * i);
+  if (r.one(4)) kernel[0] = (K)(-r.in(1, 9));
+  if (size == 5 && r.one(2)) kernel = {1, 4, 6, 4, 1};
+  if (r.one(8)) kernel[(size_t)half] = 0, kernel[0] = -1, kernel[1] = half > 1 ? (K)1 : kernel[1];  // a sum near 0
+  for (int i = 0; i < half; ++i) kernel[(size_t)(size - 1 - i)] = kernel[(size_t)i];
+  return kernel;
+}
+
+// Down through all levels, and up from each, with one state a way.
+template <class T, class K>
+void checkPyramid(Random& r, const Family<T, K>& call, OrvSize size, float rate, int kerSize) {
+  using Plain = reference::PyramidLayerPlain<T, K>;
+  std::vector<K> kernel = drawKernel<T, K>(r, kerSize);
+  const Plain down(kernel, rate, false), up(kernel, rate, true);
+  OrvStatus expected = orvStatusOk;
+  if (r.one(5)) kernel.back() += 1, expected = orvStatusSymKernelWarn;  // changes nothing else
+  const Context context("rate " + std::to_string(rate) + " C" + std::to_string(call.channels) + " taps " +
+                        std::to_string(kerSize));
+  OrvPyramidDownState* downState = nullptr;
+  OrvPyramidUpState* upState = nullptr;
+  steerThreads(7);
+  CHECK(call.down.init(&downState, size, rate, kernel.data(), kerSize, 2) == expected);
+  CHECK(call.up.init(&upState, size, rate, kernel.data(), kerSize, 2) == expected);
+  for (int level = 0; level < 4; ++level) {
+    Image<T> src(r, size.width, size.height, call.channels);
+    src.fill(r, false);
+    OrvSize below, least, most;
+    orviGetPyramidDownROI(size, &below, rate);
+    const auto goDown = [&](int c) {
+      return down.down(channel<typename Plain::V>(src, c, call.channels), below, call.channels == 1);
+    };
+    checkStep(r, src, size, below, call.channels, downState, call.down.run, goDown);
+    orviGetPyramidUpROI(size, &least, &most, rate);
+    const OrvSize above{r.in(least.width, most.width), r.in(least.height, most.height)};
+    const auto goUp = [&](int c) { return up.up(channel<typename Plain::W>(src, c, call.channels), above); };
+    if (above.width * above.height < 20000) checkStep(r, src, size, above, call.channels, upState, call.up.run, goUp);
+    if (below.height == size.height) break;  // the first level of a height decides for all that have it
+    size = below;
+  }
+  CHECK(call.down.free(downState) == orvStatusOk && call.up.free(upState) == orvStatusOk);
+}
+
+template <class T, class K>
+void checkFamilies(const Family<T, K> (&families)[2]) {
+  Random r(seed());
+  const float rates[] = {2, 2, 1.99999f, 1.99998f, 2.00002f, 1.5f, 1.0001f, 3.3f, 10, 1.25f, 2.00003f};
+  for (int i = 0; i < (quick() ? 30 : 150); ++i) {
+    const OrvSize size = i % 3 == 0 ? OrvSize{r.in(1, 9), r.in(1, 9)} : OrvSize{r.in(1, 70), r.in(1, 40)};
+    checkPyramid(r, families[i % 2], size, rates[r.in(0, 10)], 2 * r.in(1, i % 5 == 0 ? 12 : 4) + 1);
+  }
+  checkPyramid(r, families[0], {331, 360}, 2, 5);
+  checkPyramid(r, families[quick() ? 0 : 1], {260, 463}, 1.7f, 7);
+  CHECK(steeredLiveAllocations() == 0);
+}
+
+}  // namespace
+
+TEST(bytes_of_all_levels) { checkFamilies(bytes); }
+TEST(words_of_all_levels) { checkFamilies(words); }
+TEST(floats_of_all_levels) { checkFamilies(floats); }
+
+// A source of another width, but a height of the table: the table decides, and the last column is repeated.
+TEST(table_of_heights) {
+  const int16_t kernel[] = {1, 2, 1};
+  OrvPyramidDownState* state = nullptr;
+  CHECK(orviPyramidLayerDownInitAlloc_8u_C1R(&state, {40, 40}, 2, kernel, 3, 2) == orvStatusOk);
+  uint8_t src[10 * 40], dst[20 * 20];
+  for (int i = 0; i < 400; ++i) src[i] = (uint8_t)(i % 10 * 20);
+  CHECK(orviPyramidLayerDown_8u_C1R(src, 10, {10, 40}, dst, 5, {5, 20}, state) == orvStatusSize);
+  CHECK(orviPyramidLayerDown_8u_C1R(src, 10, {10, 40}, dst, 20, {20, 20}, state) == orvStatusOk);
+  for (int x = 5; x < 20; ++x) CHECK(dst[x] == dst[4] && dst[4] == 160);
+  orviPyramidLayerDownFree_8u_C1R(state);
+}
+
+namespace {
+
+template <class T, class K, class State>
+void checkRefusals(const Calls<T, K, State>& call, int channels, OrvSize dstRoi) {
+  const K kernel[] = {1, 2, 1};
+  State* state = nullptr;
+  CHECK(call.init(nullptr, {0, 0}, 2, kernel, 3, 2) == orvStatusNullPtr);
+  CHECK(call.init(&state, {0, 0}, 2, nullptr, 3, 2) == orvStatusNullPtr);
+  CHECK(call.init(&state, {0, 1}, 1, kernel, 3, 2) == orvStatusSize &&
+        call.init(&state, {1, 0}, 1, kernel, 3, 2) == -6);
+  CHECK(call.init(&state, {9, 9}, 1, kernel, 3, 2) == orvStatusBadArg &&
+        call.init(&state, {9, 9}, NAN, kernel, 3, 2) == -5);
+  CHECK(call.init(&state, {9, 9}, 2, kernel, 2, 2) == -5 && call.init(&state, {9, 9}, 2, kernel, 1, 2) == -5);
+  CHECK(call.init(&state, {9, 9}, 2, kernel, 3, 1) == -5 && call.init(&state, {9, 9}, 10.5f, kernel, 3, 2) == -5);
+  steerFailAllocation(1);
+  CHECK(call.init(&state, {12, 8}, 2, kernel, 3, 2) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
+  CHECK(call.init(&state, {12, 8}, 2, kernel, 3, 2) == orvStatusOk && call.free(nullptr) == orvStatusNullPtr);
+
+  Random r(seed());
+  Image<T> src(r, 12, 8, channels), dst(r, dstRoi.width, dstRoi.height, channels);
+  struct Arguments {
+    const T* src;
+    int32_t srcStep;
+    OrvSize srcRoi;
+    T* dst;
+    int32_t dstStep;
+    OrvSize dstRoi;
+    State* state;
+  };
+  const int32_t row = 12 * channels * (int32_t)sizeof(T);
+  std::vector<Check<Arguments>> checks = {{"src", orvStatusNullPtr, [](Arguments& a) { a.src = nullptr; }},
+                                          {"dst", orvStatusNullPtr, [](Arguments& a) { a.dst = nullptr; }},
+                                          {"state", orvStatusNullPtr, [](Arguments& a) { a.state = nullptr; }},
+                                          {"height", orvStatusSize, [](Arguments& a) { a.srcRoi.height = 0; }},
+                                          {"width", orvStatusSize, [](Arguments& a) { a.srcRoi.width = -1; }},
+                                          {"srcStep", orvStatusStep, [=](Arguments& a) { a.srcStep = row - 1; }},
+                                          {"dstStep", orvStatusStep, [](Arguments& a) { a.dstStep = 0; }},
+                                          {"alignment", orvStatusStepAlign, [](Arguments& a) { a.srcStep += 1; }},
+                                          {"other alignment", orvStatusStepAlign, [](Arguments& a) { a.dstStep += 1; }},
+                                          {"dstRoi.height", orvStatusSize, [](Arguments& a) { a.dstRoi.height = 3; }},
+                                          {"dstRoi.width", orvStatusSize, [](Arguments& a) { a.dstRoi.width = 1; }}};
+  // without an alignment to test, and with one step too small to spoil further
+  if (sizeof(T) == 1) checks.erase(checks.begin() + 7, checks.begin() + 9);
+  walkChecks<Arguments>(
+      {src.data(), src.step(), {12, 8}, dst.data(), dst.step(), dstRoi, state}, checks,
+      [&](Arguments& a) { return call.run(a.src, a.srcStep, a.srcRoi, a.dst, a.dstStep, a.dstRoi, a.state); },
+      [&] { return src.unchanged() && dst.unchanged(); });
+  const auto run = [&] { return call.run(src.data(), src.step(), {12, 8}, dst.data(), dst.step(), dstRoi, state); };
+  const int allocations = std::is_same<State, OrvPyramidUpState>::value ? 2 : 0;
+  for (int kth = 1; kth <= 2; ++kth) {
+    steerFailAllocation(kth);
+    const bool fails = kth <= allocations;
+    CHECK(run() == (fails ? orvStatusNoMem : orvStatusOk) && (!fails || dst.unchanged()));
+    CHECK(steeredLiveAllocations() == 1);
+  }
+  steerFailAllocation(0);
+  CHECK(run() == orvStatusOk && call.free(state) == orvStatusOk && steeredLiveAllocations() == 0);
+}
+template <class T, class K>
+void checkRefusals(const Family<T, K> (&families)[2]) {
+  for (const auto& call : families) {
+    checkRefusals(call.down, call.channels, {6, 4});
+    checkRefusals(call.up, call.channels, {23, 15});
+  }
+}
+
+}  // namespace
+
+TEST(refusals) { checkRefusals(bytes), checkRefusals(words), checkRefusals(floats); }
