@@ -65,7 +65,11 @@ void ties(const Members<T>& m, T flat, T low, T high) {
     std::vector<uint8_t> mask(image.size(), 0);
     // Set from some row on: whole bands of a team stay empty.
     for (size_t i = (size_t)r.in(0, (int)mask.size() - 1); i < mask.size(); ++i) mask[i] = r.one(3) ? 255 : 0;
-    for (int k = 0; k < 40; ++k) image[(size_t)r.in(0, (int)image.size() - 1)] = k % 2 ? low : high;
+    // Maxima grow where minima tie.
+    for (int k = 0; k < 40; ++k) {
+      const auto i = (size_t)r.in(0, (int)image.size() - 2);
+      image[i] = low, image[i + 1] = i < image.size() / 2 ? (T)(flat / 2 + high / 2) : high;
+    }
     const int32_t step = roi.width * (int32_t)sizeof(T);
     float low0, high0, low1 = 0, high1 = 0;
     OrvPoint p0, q0, p1{}, q1{};

@@ -22,9 +22,9 @@ template <class S, class D, class Run>
 void walk(const char* name, Run run, SizeFunction bufferSize, int channels) {
   std::vector<Told> order =
       pointersThenSizes({0, 1, 3}, 2) +
-      std::vector<Told>{badValue(7, 1, orvStatusNullPtr), badValue(4, 0, orvStatusSize), {Fault::smallStep, 1}};
-  if (sizeof(D) > 1) order.push_back({Fault::misalignedStep, 1});
-  order.push_back({Fault::null, 6});
+      std::vector<Told>{badValue(7, 1, orvStatusNullPtr), badValue(4, 0, orvStatusSize), at(1, Fault::smallStep)};
+  if (sizeof(D) > 1) order.push_back(at(1, Fault::misalignedStep));
+  order.push_back(at(6, Fault::null));
   if (!std::is_same<S, float>::value) order.push_back(badValue(5, 0));
   const int32_t size = 3;
   // The last argument puts a null among the row pointers: the last one, or the first if a kernel of no taps reads less.

@@ -36,6 +36,9 @@ struct FixedFilter {
   }
 };
 
+// One row of a table of checks, which rows of badValue() may follow on a line.
+inline Told at(int position, Fault fault) { return {fault, position}; }
+
 // Readable pixels just where a border type says so.
 inline Margin marginOf(OrvBorderType border, int reach) {
   const auto side = [&](int flag) { return (border & 15) == orvBorderInMem || border & flag ? reach : 0; };

@@ -181,14 +181,10 @@ TEST(statusesOfTheFilter) {
   // Steps are compared with the row's elements, not its bytes.
   const auto step = [](int position, double value) { return badValue(position, value, orvStatusStep); };
   walkArguments("16u_C3R", call,
-                eachOf(Fault::null, {0, 1, 5, 4}) + std::vector<Told>{step(0, 38),
-                                                                      step(1, -100),
-                                                                      {Fault::height, 2},
-                                                                      {Fault::misalignedStep, 0},
-                                                                      badValue(6, 4),
+                eachOf(Fault::null, {0, 1, 5, 4}) + std::vector<Told>{step(0, 38), step(1, -100), at(2, Fault::height),
+                                                                      at(0, Fault::misalignedStep), badValue(6, 4),
                                                                       badValue(7, 256, orvStatusBorder),
-                                                                      {Fault::null, 3},
-                                                                      badValue(8, 32)},
+                                                                      at(3, Fault::null), badValue(8, 32)},
                 In<uint16_t>(3), Out<uint16_t>(3), Roi(), Value<const uint16_t*>({value}),
                 Value<OrvFilterGaussianSpec*>({record}), Value<uint8_t*>({buffer}), Value<int32_t>({5}),
                 Value<int32_t>({orvBorderConst}), Value<int32_t>({15}));

@@ -27,10 +27,8 @@ const std::vector<int> vectorKinds = {orvBorderConst, orvBorderRepl, orvBorderIn
 
 TEST(internalSobel) {
   const std::vector<int> kinds = {orvBorderConst, orvBorderRepl, orvBorderMirr, orvBorderMirrR, orvBorderInMem};
-  const std::vector<Told> checks = {{Fault::misalignedStep, 1},
-                                    badValue(3, 34, orvStatusMaskSize),
-                                    badValue(4, orvBorderWrap),
-                                    badValue(4, 256 | orvBorderInMemTop)};
+  const std::vector<Told> checks = {at(1, Fault::misalignedStep), badValue(3, 34, orvStatusMaskSize),
+                                    badValue(4, orvBorderWrap), badValue(4, 256 | orvBorderInMemTop)};
   for (const auto& filter : internalShorts) sweepFixed(filter, kinds, false), walkFixed(filter, orvBorderMirr, checks);
   for (const auto& filter : internalFloats) sweepFixed(filter, kinds, false);
 }
@@ -114,16 +112,16 @@ TEST(gradientVectors) {
 
 TEST(gradientVectorStatuses) {
   const auto walk = [](GradientFunction<float, float> function, double badMask) {
-    const std::vector<Told> order = {{Fault::null, 0},
+    const std::vector<Told> order = {at(0, Fault::null),
                                      badValue(0, 0, orvStatusStep),
-                                     {Fault::misalignedStep, 0},
-                                     {Fault::null, 10},
+                                     at(0, Fault::misalignedStep),
+                                     at(10, Fault::null),
                                      badValue(1, 0, orvStatusStep),
-                                     {Fault::misalignedStep, 2},
+                                     at(2, Fault::misalignedStep),
                                      badValue(3, -4, orvStatusStep),
                                      badValue(7, 3),
                                      badValue(4, 0, orvStatusStep),
-                                     {Fault::width, 5},
+                                     at(5, Fault::width),
                                      badValue(8, orvBorderMirr),
                                      badValue(6, badMask, orvStatusMaskSize)};
     walkArguments("gradient vector", function, order, In<float>(), Out<float>(), Out<float>(), Out<float>(),
@@ -191,12 +189,12 @@ TEST(boxStatuses) {
     return orviFilterBoxBorder_32f_C1R(src, srcStep, dst, dstStep, roi, {boxWidth, 2}, border, v, buffer);
   };
   const auto walk = [&](OrvBorderType border, const Told& last) {
-    const std::vector<Told> order = {{Fault::null, 0},
-                                     {Fault::null, 1},
-                                     {Fault::null, 6},
+    const std::vector<Told> order = {at(0, Fault::null),
+                                     at(1, Fault::null),
+                                     at(6, Fault::null),
                                      badValue(0, 0, orvStatusStep),
                                      badValue(1, -1, orvStatusStep),
-                                     {Fault::height, 2},
+                                     at(2, Fault::height),
                                      badValue(3, 0, orvStatusMaskSize),
                                      last};
     walkArguments("box", call, order, In<float>(), Out<float>(), Roi(), Value<int32_t>({3}), Value<int32_t>({border}),
@@ -204,7 +202,7 @@ TEST(boxStatuses) {
                     return orviFilterBoxBorderGetBufferSize(roi, {3, 2}, orvData32f, 1, bytes);
                   }));
   };
-  walk(orvBorderConst, {Fault::null, 5});
+  walk(orvBorderConst, at(5, Fault::null));
   walk(orvBorderRepl, badValue(4, orvBorderMirr, orvStatusBorder));
   const auto size = [](OrvSize roi, int32_t boxHeight, OrvDataType type, int32_t channels, int32_t* bytes) {
     return orviFilterBoxBorderGetBufferSize(roi, {3, boxHeight}, type, channels, bytes);

@@ -33,12 +33,10 @@ template <class P, class T, class D, class Run>
 void walk(const char* name, Run run, SizeFunction bufferSize, int channels) {
   std::vector<Told> order = pointersThenSizes({0, 1, 3, 9}, 2);
   order.push_back(badValue(10, 1, orvStatusNullPtr));
-  if (channels == 3) order.push_back({Fault::null, 7});
-  order = order + std::vector<Told>{badValue(4, 0, orvStatusSize),
-                                    badValue(5, 5, orvStatusAnchor),
-                                    badValue(5, -1, orvStatusAnchor),
-                                    {Fault::smallStep, 0}};
-  if (sizeof(P) > 1) order.push_back({Fault::misalignedStep, 0});
+  if (channels == 3) order.push_back(at(7, Fault::null));
+  order = order + std::vector<Told>{badValue(4, 0, orvStatusSize), badValue(5, 5, orvStatusAnchor),
+                                    badValue(5, -1, orvStatusAnchor), at(0, Fault::smallStep)};
+  if (sizeof(P) > 1) order.push_back(at(0, Fault::misalignedStep));
   for (const int type : {2, 3, 4, 5, 22, 65, -1}) order.push_back(badValue(6, type));
   if (!std::is_same<P, float>::value) order.push_back(badValue(8, 0));
   if (std::is_same<P, uint16_t>::value) order.push_back(badValue(8, -1));
