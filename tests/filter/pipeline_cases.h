@@ -64,8 +64,8 @@ std::vector<Tap> tapsAt(const Tap* taps, int size) {
 template <class Pixel>
 Value<int32_t> Divisor() {
   if (std::is_same<Pixel, uint16_t>::value) return Value<int32_t>({1, 1, 2, 3, 9, 64, 100, 32768, 1 << 24, INT32_MAX});
-  return Value<int32_t>({1,    1,    2,     2,     -1,     -2,       3,       -7, 64,        100,
-                         4096, 8192, 16384, 32768, 100000, -1 << 30, 1 << 24, 9,  INT32_MAX, INT32_MIN});
+  return Value<int32_t>({1,    1,    2,     2,     -1,     -2,         3,       -7, 64,        100,
+                         4096, 8192, 16384, 32768, 100000, -(1 << 30), 1 << 24, 9,  INT32_MAX, INT32_MIN});
 }
 
 // One border value of each channel.
