@@ -48,10 +48,12 @@ struct Mask {
 template <class T, class W>
 void check(const Gray<T, W>& gray) {
   Mask<T, W> mask;
-  const auto draw = [&](Random& r, OrvSize roi) {
+  const auto draw = [&](Random& r, OrvSize* region) {
+    const OrvSize roi = *region;
     const int most[] = {0, 99, 99, 400, 32512, 32513, 32768, INT32_MAX - 256};
     const int limit = most[r.in(0, 7)];
-    mask.size = {r.in(1, 6), r.in(1, 4)}, mask.roi = {roi.width + r.in(0, 1), roi.height + r.in(0, 1)};
+    mask.size = {r.in(1, 6), r.in(1, 4)};
+    mask.roi = *region = {roi.width + r.in(0, 1), roi.height + r.in(0, 1)};
     if (roi.width == 1300) mask.size = {40, 2};
     if (roi.width == 20) mask.size = {90, 9};
     mask.anchor = {r.in(0, mask.size.width - 1), r.in(0, mask.size.height - 1)};

@@ -32,10 +32,10 @@ template <class T>
 void sweepFlat(const Flat<T>& flat) {
   MaskShape mask{1, 1, {1}};
   int32_t prepared = 0;
-  const auto draw = [&](Random& r, OrvSize roi) {
-    mask = someMask(r, roi.height > 9 ? 21 : 7);
+  const auto draw = [&](Random& r, OrvSize* roi) {
+    mask = someMask(r, roi->height > 9 ? 21 : 7);
     mask.anchorX = r.in(0, mask.width - 1), mask.anchorY = r.in(0, mask.height - 1);
-    prepared = roi.width + (r.one(3) ? r.in(0, 9) : 0);
+    prepared = roi->width += r.one(3) ? r.in(0, 9) : 0;
     int32_t size = -1;
     CHECK(flat.size(prepared, mask.bytes.data(), {mask.width, mask.height}, &size) == orvStatusOk);
     return size;

@@ -4,10 +4,11 @@
 
 namespace test {
 
-// How a record is made. `draw` draws a mask for a region and tells the bytes of its record.
+// How a record is made. `draw` draws a mask for a region, grows the region to the largest that the record shall serve,
+// and tells the bytes of the record.
 template <class State>
 struct RecordMaker {
-  std::function<int32_t(Random&, OrvSize)> draw;
+  std::function<int32_t(Random&, OrvSize*)> draw;
   std::function<OrvStatus(State*)> init;
   std::function<OrvStatus(State**)> alloc;
   OrvStatus (*release)(State*);
@@ -20,9 +21,10 @@ struct Record {
   std::shared_ptr<Guarded> memory{};
   std::shared_ptr<State> allocated{};
   bool given = false, nullFault = false;
+  OrvSize serves{};
   void prepare(Random& r, const Shape& shape) {
-    const OrvSize roi = {shape.width, shape.height};
-    memory = std::make_shared<Guarded>((size_t)maker.draw(r, roi), !r.one(4), (size_t)r.in(0, 20));
+    serves = {shape.width, shape.height};
+    memory = std::make_shared<Guarded>((size_t)maker.draw(r, &serves), !r.one(4), (size_t)r.in(0, 20));
     State* record = nullptr;
     CHECK(maker.init((State*)(void*)memory->data()) == orvStatusOk && maker.alloc(&record) == orvStatusOk);
     allocated = std::shared_ptr<State>(record, [this](State* p) { CHECK(p && maker.release(p) == orvStatusOk); });
@@ -59,13 +61,14 @@ void checkReplicate(OrvStatus (*filter)(const T*, int32_t, T*, int32_t, OrvSize,
   Random r(seed());
   Record<State> record{maker};
   record.prepare(r, {9, 5});
-  T pixels[20 * 6 * 4] = {};
-  const auto status = [&](OrvSize roi, OrvBorderType kind) {
-    return filter(pixels, 80 * sizeof(T), pixels, 80 * sizeof(T), roi, kind, record.allocated.get());
+  const int32_t most = record.serves.width;
+  T pixels[20 * 7 * 4] = {};
+  const auto status = [&](int32_t width, int32_t height, OrvBorderType kind) {
+    return filter(pixels, 80 * sizeof(T), pixels, 80 * sizeof(T), {width, height}, kind, record.allocated.get());
   };
-  for (const int kind : {0, 2, 6, 17}) CHECK(status({20, 5}, kind) == orvStatusBadArg);
-  CHECK(status({20, 5}, orvBorderRepl) == orvStatusSize);
-  if (rows) CHECK(status({9, 7}, orvBorderRepl) == orvStatusSize);
+  for (const int kind : {0, 2, 6, 17}) CHECK(status(most + 1, 5, kind) == orvStatusBadArg);
+  CHECK(status(most + 1, 5, orvBorderRepl) == orvStatusSize && status(most, 5, orvBorderRepl) == orvStatusOk);
+  if (rows) CHECK(status(most, record.serves.height + 1, orvBorderRepl) == orvStatusSize);
 }
 
 }  // namespace test
