@@ -58,7 +58,8 @@ void check(const Gray<T, W>& gray) {
     if (roi.width == 20) mask.size = {90, 9};
     mask.anchor = {r.in(0, mask.size.width - 1), r.in(0, mask.size.height - 1)};
     mask.weights.clear();
-    for (int i = 0; i < mask.size.width * mask.size.height; ++i) mask.weights.push_back((W)r.in(-limit, limit));
+    for (int i = 0; i < mask.size.width * mask.size.height; ++i)
+      mask.weights.push_back((W)(r.one(4) ? limit : r.in(-limit, limit)));
     int32_t size = 0;
     CHECK(gray.size(mask.roi, mask.weights.data(), mask.size, &size) == orvStatusOk);
     CHECK(size == 4 * mask.size.width * mask.size.height + 32);
