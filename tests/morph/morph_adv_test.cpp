@@ -113,8 +113,8 @@ TEST(allocatedRecords) {
     CHECK(make(&record, {0, 1}, nullptr, {1, 1}, {0, 0}) == orvStatusNullPtr);
     CHECK(make(&record, {0, 1}, &one, {1, 1}, {1, 0}) == orvStatusSize);
     CHECK(make(&record, {1, 1}, &one, {1, 0}, {1, 0}) == orvStatusSize);
-    CHECK(make(&record, {1, 1}, &one, {1, 1}, {1, 0}) == orvStatusAnchor);
-    CHECK(make(&record, {1, 1}, &one, {1, 1}, {0, -1}) == orvStatusAnchor);
+    for (const OrvPoint anchor : {OrvPoint{1, 0}, {0, -1}})
+      CHECK(make(&record, {1, 1}, &one, {1, 1}, anchor) == orvStatusAnchor);
   };
   check(bytes1, orviMorphAdvInitAlloc_8u_C1R), check(bytes3, orviMorphAdvInitAlloc_8u_C3R);
   check(bytes4, orviMorphAdvInitAlloc_8u_C4R), check(floats1, orviMorphAdvInitAlloc_32f_C1R);

@@ -109,7 +109,7 @@ template <class T, class K>
 void checkFamilies(const Family<T, K> (&families)[2]) {
   Random r(seed());
   const float rates[] = {2, 2, 1.99999f, 1.99998f, 2.00002f, 1.5f, 1.0001f, 3.3f, 10, 1.25f, 2.00003f};
-  for (int i = 0; i < (quick() ? 30 : 150); ++i) {
+  for (int i = 0; i < (quick() ? 15 : 150); ++i) {
     const OrvSize size = i % 3 == 0 ? OrvSize{r.in(1, 9), r.in(1, 9)} : OrvSize{r.in(1, 70), r.in(1, 40)};
     checkPyramid(r, families[i % 2], size, rates[r.in(0, 10)], 2 * r.in(1, i % 5 == 0 ? 12 : 4) + 1);
   }
