@@ -54,7 +54,9 @@ template <class T, class S>
 void StoreSums(const S* sums, T* dst, ptrdiff_t n) {
   Vectors<S>(
       0, n, VECTOR(d, x) {
-        const auto sum = hn::LoadU(d, sums + x);
+        auto sum = hn::LoadU(d, sums + x);
+        // Demoting 32 bits to bytes drops bit 15 on wide vectors: what is above a byte must be cut before.
+        if constexpr (sizeof(S) == 4 && sizeof(T) == 1) sum = hn::Min(sum, hn::Set(d, (S)UINT8_MAX));
         if constexpr (sizeof(T) == sizeof(S)) hn::StoreU(sum, d, dst + x);
         else hn::StoreU(hn::DemoteTo(hn::Rebind<T, decltype(d)>(), sum), hn::Rebind<T, decltype(d)>(), dst + x);
       });

@@ -65,15 +65,19 @@ OrvStatus planPair(const AdvMasks& masks, OrvSize roi, int32_t borderType, int32
 OrvStatus planGradient(const AdvMasks& masks, OrvSize roi, int32_t borderType, int32_t pixelBytes, uint8_t* buffer,
                        AdvPlan& plan);
 
-// Calls band(first, rows, sides) for bands of rows that stay in the cache.
+// Calls band(first, rows, sides) for bands of rows that stay in the cache. A band finds the rows around it in memory:
+// above and below it, where not at the region's ends, there must be as many as the mask reaches.
 template <class Band>
-static inline void forBands(OrvSize roi, ptrdiff_t rowBytes, int32_t sides, const Band& band) {
+static inline void forBands(OrvSize roi, ptrdiff_t rowBytes, const OrvMorphState& mask, int32_t sides,
+                            const Band& band) {
   constexpr ptrdiff_t bandBytes = 65536;
-  const ptrdiff_t fitting = bandBytes / rowBytes, rows = fitting < 16 ? 16 : fitting;
-  for (ptrdiff_t y = 0; y < roi.height; y += rows) {
-    const ptrdiff_t count = roi.height - y < rows ? roi.height - y : rows;
-    const int32_t above = y > 0 ? orvBorderInMemTop : 0, below = y + count < roi.height ? orvBorderInMemBottom : 0;
-    band((int32_t)y, (int32_t)count, sides | above | below);
+  const ptrdiff_t fitting = bandBytes / rowBytes, least = fitting < 16 ? 16 : fitting;
+  const ptrdiff_t above = mask.anchorY, below = mask.maskHeight - 1 - above, reach = above > below ? above : below;
+  const ptrdiff_t rows = least < reach ? reach : least;
+  for (ptrdiff_t y = 0, count; y < roi.height; y += count) {
+    count = roi.height - y < rows + reach ? roi.height - y : rows;
+    const int32_t top = y > 0 ? orvBorderInMemTop : 0, bottom = y + count < roi.height ? orvBorderInMemBottom : 0;
+    band((int32_t)y, (int32_t)count, sides | top | bottom);
   }
 }
 
@@ -131,7 +135,8 @@ static OrvStatus openOrClose(const MorphCall<T>& call, int32_t channels, const O
   }
   const SubtractLines subtract = subtractLinesOf(masks.forward.dataType);
   const ptrdiff_t elements = (ptrdiff_t)call.roi.width * channels;
-  forBands(call.roi, elements * (ptrdiff_t)sizeof(T), plan.sides, [&](int32_t first, int32_t rows, int32_t sides) {
+  const ptrdiff_t rowBytes = elements * (ptrdiff_t)sizeof(T);
+  forBands(call.roi, rowBytes, masks.turned, plan.sides, [&](int32_t first, int32_t rows, int32_t sides) {
     images.second(!close, first, rows, sides);
     for (ptrdiff_t y = first; y < first + rows; ++y) {
       const uint8_t *const s = images.src(0, y), *const d = images.dst(y);
@@ -154,7 +159,8 @@ static OrvStatus gradient(const MorphCall<T>& call, int32_t channels, const OrvM
   const AdvImages<T> images{call, masks, plan, channels};
   const SubtractLines subtract = subtractLinesOf(masks.forward.dataType);
   const ptrdiff_t elements = (ptrdiff_t)call.roi.width * channels;
-  forBands(call.roi, elements * (ptrdiff_t)sizeof(T), plan.sides, [&](int32_t first, int32_t rows, int32_t sides) {
+  const ptrdiff_t rowBytes = elements * (ptrdiff_t)sizeof(T);
+  forBands(call.roi, rowBytes, masks.forward, plan.sides, [&](int32_t first, int32_t rows, int32_t sides) {
     MaskFold fold = {
         images.src(0, first), call.srcStep,     images.dst(first), call.dstStep, {call.roi.width, rows}, sides, true,
         plan.scratch[0],      plan.scratchBytes};

@@ -4,6 +4,7 @@
 // One body serves both variants.
 #include "morph/morph_cases.h"
 #include "morph/replicate_cases.h"
+#include "reference/pointwise.h"
 
 using namespace test;
 
@@ -15,9 +16,8 @@ struct Flat {
   OrvStatus (*size)(int32_t, const uint8_t*, OrvSize, int32_t*);
   OrvStatus (*init)(int32_t, const uint8_t*, OrvSize, OrvPoint, OrvMorphState*);
   OrvStatus (*alloc)(int32_t, const uint8_t*, OrvSize, OrvPoint, OrvMorphState**);
-  ReplicateFilter<T, OrvMorphState> filters[2];
+  OrvStatus (*filters[2])(const T*, int32_t, T*, int32_t, OrvSize, OrvBorderType, OrvMorphState*);
 };
-
 #define FLAT(C, tag)                                                                           \
   {                                                                                            \
     C, orviMorphologyGetSize_##tag, orviMorphologyInit_##tag, orviMorphologyInitAlloc_##tag, { \
@@ -27,47 +27,39 @@ struct Flat {
 const Flat<uint8_t> bytes[] = {FLAT(1, 8u_C1R), FLAT(3, 8u_C3R), FLAT(4, 8u_C4R)};
 const Flat<float> floats[] = {FLAT(1, 32f_C1R), FLAT(3, 32f_C3R), FLAT(4, 32f_C4R)};
 
-// A region under a mask with any anchor, first with a record in exact memory, then with an allocated one.
-template <class T>
-void check(const Flat<T>& flat, Random& r, Shape shape, MaskShape mask) {
-  mask.anchorX = r.in(0, mask.width - 1), mask.anchorY = r.in(0, mask.height - 1);
-  const Context context(std::to_string(flat.channels) + " channels " + std::to_string(shape.width) + "x" +
-                        std::to_string(shape.height) + ", mask " + std::to_string(mask.width) + "x" +
-                        std::to_string(mask.height));
-  const OrvSize maskSize = {mask.width, mask.height};
-  const OrvPoint anchor = {mask.anchorX, mask.anchorY};
-  const int32_t prepared = shape.width + (r.one(3) ? r.in(0, 9) : 0);
-  int32_t size = -1;
-  CHECK(flat.size(prepared, mask.bytes.data(), maskSize, &size) == orvStatusOk);
-  const Guarded block((size_t)size, !r.one(4), (size_t)r.in(0, 20));
-  auto* const given = (OrvMorphState*)(void*)block.data();
-  OrvMorphState* allocated = nullptr;
-  CHECK(flat.init(prepared, mask.bytes.data(), maskSize, anchor, given) == orvStatusOk);
-  CHECK(flat.alloc(prepared, mask.bytes.data(), maskSize, anchor, &allocated) == orvStatusOk);
-  Image<T> src(r, shape.width, shape.height, flat.channels);
-  src.fill(r, false);
-  Grid<T> grid(shape.width, shape.height, flat.channels, 0);
-  for (int y = 0; y < shape.height; ++y)
-    for (int x = 0; x < src.elements(); ++x) grid.at(x / flat.channels, y, x % flat.channels) = src.at(x, y);
-  for (const bool dilate : {false, true}) {
-    Grid<T> expected = foldMask(grid, {0, 0, shape.width, shape.height, 0}, mask, dilate);
-    for (OrvMorphState* const state : {given, allocated})
-      checkReplicate<T>(
-          r, src, flat.channels, [&](auto... a) { return flat.filters[dilate](a..., state); },
-          [&](int x, int y) { return expected.at(x / flat.channels, y, x % flat.channels); });
-  }
-  CHECK(block.intact() && orviMorphologyFree(allocated) == orvStatusOk);
-}
-
+// Masks with any anchor; larger ones on the last shapes.
 template <class T>
 void sweepFlat(const Flat<T>& flat) {
-  Random r(seed());
-  for (const Shape& shape : shapes())
-    if (shape.width > 17 || r.one(2)) check(flat, r, shape, someMask(r, 7));
-  for (int i = 0; i < 6; ++i) check(flat, r, {r.in(1, 40), r.in(1, 40)}, someMask(r, i % 2 ? 21 : 12));
+  MaskShape mask{1, 1, {1}};
+  int32_t prepared = 0;
+  const auto draw = [&](Random& r, OrvSize* roi) {
+    mask = someMask(r, roi->height > 9 ? 21 : 7);
+    mask.anchorX = r.in(0, mask.width - 1), mask.anchorY = r.in(0, mask.height - 1);
+    prepared = roi->width += r.one(3) ? r.in(0, 9) : 0;
+    int32_t size = -1;
+    CHECK(flat.size(prepared, mask.bytes.data(), {mask.width, mask.height}, &size) == orvStatusOk);
+    return size;
+  };
+  const auto build = [&](auto make, auto* target) {
+    return make(prepared, mask.bytes.data(), {mask.width, mask.height}, {mask.anchorX, mask.anchorY}, target);
+  };
+  const auto init = [&](OrvMorphState* state) { return build(flat.init, state); };
+  const auto alloc = [&](OrvMorphState** state) { return build(flat.alloc, state); };
+  for (const bool dilate : {false, true})
+    checkReplicate<T, OrvMorphState>(
+        flat.filters[dilate], flat.channels, {draw, init, alloc, orviMorphologyFree}, false, {{33, 38}},
+        [&](const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi) {
+          const int c = flat.channels;
+          Grid<T> grid(roi.width, roi.height, c, 0);
+          reference::forEachElement(
+              roi, c, [&](int y, int x) { grid.at(x / c, y, x % c) = reference::load(src, srcStep, y, x); });
+          Grid<T> folded = foldMask(grid, {0, 0, roi.width, roi.height, 0}, mask, dilate);
+          reference::forEachElement(
+              roi, c, [&](int y, int x) { reference::store(dst, dstStep, y, x, folded.at(x / c, y, x % c)); });
+        });
 }
 
-// The checks of Init, of InitAlloc and of the filters, in their order.
+// The checks of Init and of InitAlloc, in their order.
 template <class T>
 void walkFlat(const Flat<T>& flat) {
   const uint8_t mask[6] = {1, 1, 1, 0, 1, 1};
@@ -90,8 +82,6 @@ void walkFlat(const Flat<T>& flat) {
   CHECK(flat.alloc(9, mask, {3, 2}, {1, 1}, &allocated) == orvStatusNoMem && steeredLiveAllocations() == 0);
   CHECK(!allocated && orviMorphologyFree(nullptr) == orvStatusNullPtr);
   steerFailAllocation(0);
-  CHECK(flat.init(9, mask, {3, 2}, {1, 1}, state) == orvStatusOk);
-  for (const auto filter : flat.filters) walkReplicate<T>(filter, state, flat.channels, false);
 }
 
 }  // namespace

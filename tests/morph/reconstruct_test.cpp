@@ -8,128 +8,17 @@ using namespace test;
 
 namespace {
 
-template <class T>
-struct Arguments {
-  const T* src;
-  int32_t srcStep;
-  T* srcDst;
-  int32_t srcDstStep;
-  OrvSize roi;
-  uint8_t* buffer;
-  int32_t norm;
-};
-
-template <class T>
-struct Case {
-  const char* name;
-  OrvStatus (*function)(const T*, int32_t, T*, int32_t, OrvSize, uint8_t*, int32_t);
-  OrvStatus (*size)(OrvSize, int32_t*);
-  bool grow;
-  OrvStatus run(const Arguments<T>& a) const {
-    return function(a.src, a.srcStep, a.srcDst, a.srcDstStep, a.roi, a.buffer, a.norm);
-  }
-};
-
-#define RECONSTRUCT(type)                                                                                             \
-  {                                                                                                                   \
-    {"Dilate_" #type, orviMorphReconstructDilate_##type##_C1IR, orviMorphReconstructGetBufferSize_##type##_C1, true}, \
-    {                                                                                                                 \
-      "Erode_" #type, orviMorphReconstructErode_##type##_C1IR, orviMorphReconstructGetBufferSize_##type##_C1, false   \
-    }                                                                                                                 \
-  }
-const Case<uint8_t> bytes[] = RECONSTRUCT(8u);
-const Case<uint16_t> words[] = RECONSTRUCT(16u);
-const Case<float> floats[] = RECONSTRUCT(32f);
-const Case<double> doubles[] = RECONSTRUCT(64f);
-
-template <class T, class Body>
-void forEachElementOf(const Image<T>& image, const Body& body) {
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.elements(); ++x) body(x, y);
-}
-
-// One pair of images, at every thread count, in exactly the reported scratch.
-template <class T>
-void check(const Case<T>& c, Random& r, Image<T>& mask, Image<T>& marker, int norm) {
-  const OrvSize roi = {mask.elements(), mask.height()};
-  const Context context(std::string(c.name) + " " + std::to_string(roi.width) + "x" + std::to_string(roi.height) +
-                        ", norm " + std::to_string(norm));
-  marker.keep(), mask.keep();
-  reference::reconstruct(mask.data(), mask.step(), marker.data(), marker.step(), roi, norm, c.grow);
-  std::vector<T> expected;
-  forEachElementOf(marker, [&](int x, int y) { expected.push_back(marker.at(x, y)); });
-  int32_t size = 0;
-  CHECK(c.size(roi, &size) == orvStatusOk);
-  const Guarded buffer((size_t)size, true, r.one(2) ? 0 : (size_t)r.in(1, 40));
-  for (const int32_t threads : threadCounts()) {
-    steerThreads(threads);
-    const Context count(std::to_string(threads) + " threads");
-    marker.restore();
-    CHECK(c.run({mask.data(), mask.step(), marker.data(), marker.step(), roi, buffer.data(), norm}) == orvStatusOk);
-    size_t i = 0;
-    forEachElementOf(marker, [&](int x, int y) {
-      CHECK(marker.at(x, y) == expected[i++], "pixel %d, %d: %g", x, y, (double)marker.at(x, y));
-    });
-    CHECK(marker.onlyRegionChanged() && mask.unchanged());
-  }
-  steerThreads(1);
-  CHECK(buffer.intact());
-}
-
-template <class T>
-void sweepRandom(const Case<T>& c) {
-  Random r(seed());
-  for (const Shape& shape : shapes()) {
-    if (shape.width > 17 && shape.height > 2) continue;
-    Image<T> mask(r, shape.width, shape.height, 1), marker(r, shape.width, shape.height, 1);
-    mask.fill(r, false), marker.fill(r, false);
-    check(c, r, mask, marker, r.in(0, 1));
-  }
-  for (const Shape shape : {Shape{40, 31}, Shape{131, 12}, Shape{11, 60}, Shape{90, 40}}) {
-    Image<T> mask(r, shape.width, shape.height, 1), marker(r, shape.width, shape.height, 1);
-    mask.fill(r, false);
-    // a few seeds, so that values travel far
-    forEachElementOf(marker, [&](int x, int y) {
-      marker.set(x, y, r.one(60) ? mask.at(x, y) : c.grow ? lowest<T>() : highest<T>());
-    });
-    check(c, r, mask, marker, r.in(0, 1));
-  }
-}
-
-template <class T>
-void walk(const Case<T>& c) {
-  const Context context(c.name);
-  Random r(seed());
-  Image<T> src(r, 9, 5, 1), srcDst(r, 9, 5, 1);
-  const Guarded buffer(1 << 12, true, 0);
-  std::vector<Check<Arguments<T>>> checks = {
-      {"src", orvStatusNullPtr, [](auto& a) { a.src = nullptr; }},
-      {"srcDst", orvStatusNullPtr, [](auto& a) { a.srcDst = nullptr; }},
-      {"buffer", orvStatusNullPtr, [](auto& a) { a.buffer = nullptr; }},
-      {"width", orvStatusSize, [](auto& a) { a.roi.width = 0; }},
-      {"height", orvStatusSize, [](auto& a) { a.roi.height = -1; }},
-      {"source step", orvStatusStep, [](auto& a) { a.srcStep = 9 * (int)sizeof(T) - 1; }},
-      {"destination step", orvStatusStep, [](auto& a) { a.srcDstStep = 9 * (int)sizeof(T) - 1; }}};
-  if (sizeof(T) > 1) {
-    checks.push_back({"source alignment", orvStatusStepAlign, [](auto& a) { a.srcStep += 1; }});
-    checks.push_back({"destination alignment", orvStatusStepAlign, [](auto& a) { a.srcDstStep += 1; }});
-  }
-  checks.push_back({"norm below", orvStatusBadArg, [](auto& a) { a.norm = -1; }});
-  checks.push_back({"norm above", orvStatusBadArg, [](auto& a) { a.norm = 2; }});
-  walkChecks<Arguments<T>>(
-      {src.data(), src.step(), srcDst.data(), srcDst.step(), {9, 5}, buffer.data(), 1}, checks,
-      [&](auto& a) { return c.run(a); }, [&] { return srcDst.unchanged(); });
-}
+enum class Content { random, fewSeeds, fromTheCorner, fromTheMiddle };
 
 // A corridor that winds inwards, walls of 0: one pixel wide, one pixel apart.
 template <class T>
 void spiral(Image<T>& image) {
-  const int w = image.elements(), h = image.height();
-  forEachElementOf(image, [&](int x, int y) { image.set(x, y, T(0)); });
-  int left = 0, top = 0, right = w - 1, bottom = h - 1;
+  for (int i = 0; i < image.elements() * image.height(); ++i)
+    image.set(i % image.elements(), i / image.elements(), T(0));
+  int left = 0, top = 0, right = image.elements() - 1, bottom = image.height() - 1;
   const auto line = [&](int x0, int y0, int x1, int y1) {
-    for (int y = std::min(y0, y1); y <= std::max(y0, y1); ++y)
-      for (int x = std::min(x0, x1); x <= std::max(x0, x1); ++x) image.set(x, y, T(200));
+    for (int y = y0; y <= y1; ++y)
+      for (int x = x0; x <= x1; ++x) image.set(x, y, T(200));
   };
   for (int from = 0; left <= right && top <= bottom; from = left, left += 2, top += 2, right -= 2, bottom -= 2) {
     line(from, top, right, top), line(right, top, right, bottom), line(left, bottom, right, bottom);
@@ -137,49 +26,102 @@ void spiral(Image<T>& image) {
   }
 }
 
+template <class T>
+struct Ground : ImageRole<T> {
+  Content content;
+  explicit Ground(Content c) : ImageRole<T>(In<T>()), content(c) {}
+  void prepare(Random& r, const Shape& shape) {
+    ImageRole<T>::prepare(r, shape);
+    if (content >= Content::fromTheCorner) spiral(*this->candidate), this->candidate->keep();
+  }
+};
+// Values are cut to the ground's at first, so that a seed may be the highest of all.
+template <class T>
+struct Marker : ImageRole<T> {
+  Content content;
+  bool grow;
+  Marker(Content c, bool grows) : ImageRole<T>(InOut<T>()), content(c), grow(grows) {}
+  void prepare(Random& r, const Shape& shape) {
+    ImageRole<T>::prepare(r, shape);
+    const int start = content == Content::fromTheCorner ? 0 : shape.height / 2 * shape.width + shape.width / 2;
+    for (int i = 0; i < shape.width * shape.height && content != Content::random; ++i) {
+      const bool seed = content == Content::fewSeeds ? r.one(60) : i == start;
+      for (auto* image : {&*this->candidate, &*this->expected})
+        image->set(i % shape.width, i / shape.width, seed == grow ? highest<T>() : lowest<T>());
+    }
+    this->candidate->keep();
+  }
+};
+
+template <class T>
+using Reconstruct = OrvStatus (*)(const T*, int32_t, T*, int32_t, OrvSize, uint8_t*, int32_t);
+using Bytes = OrvStatus (*)(OrvSize, int32_t*);
+
+template <class T>
+void check(const char* name, Reconstruct<T> function, Bytes size, Shape threaded, Content content) {
+  const bool grow = strstr(name, "Dilate") != nullptr;
+  const auto plain = [=](const T* mask, int32_t maskStep, T* marker, int32_t step, OrvSize roi, uint8_t*,
+                         int32_t norm) { reference::reconstruct(mask, maskStep, marker, step, roi, norm, grow); };
+  threaded.threaded = true;
+  sweep(name, function, plain, threaded, Ground<T>(content), Marker<T>(content, grow), Roi(), Scratch(size),
+        Value<int32_t>({0, 1}));
+}
+
+template <class T>
+void checkBoth(const char* name, Reconstruct<T> function, Bytes size) {
+  check(name, function, size, {40, 31}, Content::random);
+  const Shape far[] = {{90, 40}, {131, 12}, {11, 60}, {90, 40}};  // by the size of an element
+  check(name, function, size, far[__builtin_ctz(sizeof(T))], Content::fewSeeds);
+  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
+  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
+    for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
+      order.push_back({fault, image});
+  for (const int norm : {-1, 2}) {
+    walkArguments(name, function, order, In<T>(), InOut<T>(), Roi(), Scratch(size), Value<int32_t>({norm}));
+    T marker = 1;
+    uint8_t buffer[600];
+    CHECK(function(&marker, sizeof(T), &marker, sizeof(T), {1, 1}, buffer, norm) == orvStatusBadArg);
+  }
+}
+#define CHECK_BOTH(type)                                                                                               \
+  checkBoth("Dilate_" #type, orviMorphReconstructDilate_##type##_C1IR, orviMorphReconstructGetBufferSize_##type##_C1), \
+      checkBoth("Erode_" #type, orviMorphReconstructErode_##type##_C1IR,                                               \
+                orviMorphReconstructGetBufferSize_##type##_C1)
+
 }  // namespace
 
-TEST(bytes) {
-  for (const auto& c : bytes) sweepRandom(c), walk(c);
-}
-TEST(words) {
-  for (const auto& c : words) sweepRandom(c), walk(c);
-}
-TEST(floats) {
-  for (const auto& c : floats) sweepRandom(c), walk(c);
-}
-TEST(doubles) {
-  for (const auto& c : doubles) sweepRandom(c), walk(c);
-}
+TEST(bytes) { CHECK_BOTH(8u); }
+TEST(words) { CHECK_BOTH(16u); }
+TEST(floats) { CHECK_BOTH(32f); }
+TEST(doubles) { CHECK_BOTH(64f); }
 
-// From the outer end of a spiral inwards, and from its middle outwards; noise of many small corridors.
+// From the outer end of a spiral inwards, and from its middle outwards.
 TEST(longWays) {
-  Random r(seed());
-  for (const Shape shape : {Shape{41, 39}, Shape{91, 17}, Shape{17, 91}})
-    for (const int start : {0, 1, 2})
-      for (const int norm : {0, 1}) {
-        Image<uint8_t> mask(r, shape.width, shape.height, 1), marker(r, shape.width, shape.height, 1);
-        spiral(mask);
-        forEachElementOf(marker, [&](int x, int y) {
-          const bool seed = start == 0 ? x + y == 0 : x == shape.width / 2 && y == shape.height / 2;
-          if (start == 2) mask.set(x, y, (uint8_t)(r.in(0, 9) < 6 ? 0 : r.in(100, 255)));
-          marker.set(x, y, seed ? 255 : 0);
-        });
-        check(bytes[0], r, mask, marker, norm);
-      }
+  const auto dilate = [](Shape shape, Content content) {
+    check<uint8_t>("Dilate_8u", orviMorphReconstructDilate_8u_C1IR, orviMorphReconstructGetBufferSize_8u_C1, shape,
+                   content);
+  };
+  dilate({41, 39}, Content::fromTheCorner), dilate({41, 39}, Content::fromTheMiddle);
+  dilate({91, 17}, Content::fromTheMiddle), dilate({17, 91}, Content::fromTheCorner);
 }
 
 TEST(sizes) {
   const OrvSize roi = {100, 30};
   int32_t size = 0;
   const auto general = orviMorphReconstructGetBufferSize;
-  const int32_t expected[][2] = {{orvData8u, 591}, {orvData16u, 1182}, {orvData32f, 1794}, {orvData64f, 3398}};
-  OrvStatus (*const sizes[])(OrvSize, int32_t*) = {bytes[0].size, words[0].size, floats[0].size, doubles[0].size};
-  for (int i = 0; i < 4; ++i) {
-    CHECK(general(roi, expected[i][0], 1, &size) == orvStatusOk && size == expected[i][1]);
+  const struct {
+    OrvDataType type;
+    int32_t bytes;
+    Bytes own;
+  } cases[] = {{orvData8u, 591, orviMorphReconstructGetBufferSize_8u_C1},
+               {orvData16u, 1182, orviMorphReconstructGetBufferSize_16u_C1},
+               {orvData32f, 1794, orviMorphReconstructGetBufferSize_32f_C1},
+               {orvData64f, 3398, orviMorphReconstructGetBufferSize_64f_C1}};
+  for (const auto& c : cases) {
+    CHECK(general(roi, c.type, 1, &size) == orvStatusOk && size == c.bytes);
     size = 0;
-    CHECK(sizes[i](roi, &size) == orvStatusOk && size == expected[i][1]);
-    CHECK(sizes[i](roi, nullptr) == orvStatusNullPtr && sizes[i]({1, 0}, &size) == orvStatusSize);
+    CHECK(c.own(roi, &size) == orvStatusOk && size == c.bytes);
+    CHECK(c.own(roi, nullptr) == orvStatusNullPtr && c.own({1, 0}, &size) == orvStatusSize);
   }
   CHECK(general({0, 1}, 0, 0, nullptr) == orvStatusNullPtr && general({0, 1}, 0, 0, &size) == orvStatusSize);
   CHECK(general(roi, 3, 0, &size) == orvStatusDataType && general(roi, 1, 3, &size) == orvStatusChannels);

@@ -1,61 +1,70 @@
-// Filters that repeat the nearest pixel and take a record: one call checked, and their checks walked.
+// Filters that repeat the nearest pixel and take a record: swept, and their checks walked.
 #pragma once
 #include "framework/sweep.h"
 
 namespace test {
 
-template <class T, class State>
-using ReplicateFilter = OrvStatus (*)(const T*, int32_t, T*, int32_t, OrvSize, OrvBorderType, State*);
+// How a record is made. `draw` draws a mask for a region, grows the region to the largest that the record shall serve,
+// and tells the bytes of the record.
+template <class State>
+struct RecordMaker {
+  std::function<int32_t(Random&, OrvSize*)> draw;
+  std::function<OrvStatus(State*)> init;
+  std::function<OrvStatus(State**)> alloc;
+  OrvStatus (*release)(State*);
+};
 
-// Runs a filter at every vector width; want(x, y) is element x of row y.
-template <class T, class Run, class Want>
-void checkReplicate(Random& r, const Image<T>& src, int channels, const Run& run, const Want& want) {
-  const OrvSize roi = {src.elements() / channels, src.height()};
-  Image<T> dst(r, roi.width, roi.height, channels);
-  forEachSetting(false, [&] {
-    dst.restore();
-    const OrvStatus status = run(src.data(), src.step(), dst.data(), dst.step(), roi, orvBorderRepl);
-    if (status != orvStatusOk) return fail("status %d", (int)status);
-    for (int y = 0; y < roi.height; ++y)
-      for (int x = 0; x < src.elements(); ++x)
-        if (dst.at(x, y) != want(x, y))
-          return fail("element %d of row %d is %g, not %g", x, y, (double)dst.at(x, y), (double)want(x, y));
-    CHECK(dst.onlyRegionChanged() && src.unchanged());
-  });
-}
+// A record of a mask of its own for each shape, in memory of exactly the reported size or allocated.
+template <class State>
+struct Record {
+  RecordMaker<State> maker;
+  std::shared_ptr<Guarded> memory{};
+  std::shared_ptr<State> allocated{};
+  bool given = false;
+  OrvSize serves{};
+  void prepare(Random& r, const Shape& shape) {
+    serves = {shape.width, shape.height};
+    memory = std::make_shared<Guarded>((size_t)maker.draw(r, &serves), !r.one(4), (size_t)r.in(0, 20));
+    State* record = nullptr;
+    CHECK(maker.init((State*)(void*)memory->data()) == orvStatusOk && maker.alloc(&record) == orvStatusOk);
+    allocated = std::shared_ptr<State>(record, [this](State* p) { CHECK(p && maker.release(p) == orvStatusOk); });
+    given = r.one(2);
+  }
+  std::tuple<State*> arguments(Side) { return {given ? (State*)(void*)memory->data() : allocated.get()}; }
+  void reset() {}
+  bool untouched() const { return true; }
+  void verify(int) const { CHECK(memory->intact()); }
+};
 
-// The checks of a filter whose record serves regions of 9 pixels a row, and of 5 rows if `rows`.
-template <class T, class State>
-void walkReplicate(ReplicateFilter<T, State> filter, State* record, int channels, bool rows) {
-  struct Arguments {
-    const T* src;
-    int32_t srcStep;
-    T* dst;
-    int32_t dstStep;
-    OrvSize roi;
-    OrvBorderType border;
-    State* state;
+// `plain` takes the filter's arguments but for the border and the record; `extra` shapes end the sweeps. The record
+// serves regions of its own width, and height if `rows`.
+template <class T, class State, class Plain>
+void checkReplicate(OrvStatus (*filter)(const T*, int32_t, T*, int32_t, OrvSize, OrvBorderType, State*), int channels,
+                    const RecordMaker<State>& maker, bool rows, std::vector<Shape> extra, const Plain& plain) {
+  const auto reference = [&](const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, int, State*) {
+    plain(src, srcStep, dst, dstStep, roi);
   };
+  const Value<OrvBorderType> border({orvBorderRepl});
+  for (const Shape& shape : extra)
+    sweep("replicate", filter, reference, shape, In<T>(channels), Out<T>(channels), Roi(), border,
+          Record<State>{maker});
+  std::vector<Told> order = pointersThenSizes({0, 1, 4}, 2);
+  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
+    for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
+      order.push_back({fault, image});
+  walkArguments("replicate", filter, order, In<T>(channels), Out<T>(channels), Roi(), Value<OrvBorderType>({17}),
+                Record<State>{maker});
   Random r(seed());
-  Image<T> src(r, 12, 6, channels), dst(r, 12, 6, channels);
-  const int32_t row = 9 * channels * (int32_t)sizeof(T);
-  std::vector<Check<Arguments>> checks = {
-      {"src", orvStatusNullPtr, [](Arguments& a) { a.src = nullptr; }},
-      {"dst", orvStatusNullPtr, [](Arguments& a) { a.dst = nullptr; }},
-      {"state", orvStatusNullPtr, [](Arguments& a) { a.state = nullptr; }},
-      {"width", orvStatusSize, [](Arguments& a) { a.roi.width = 0; }},
-      {"height", orvStatusSize, [](Arguments& a) { a.roi.height = 0; }},
-      {"source step", orvStatusStep, [=](Arguments& a) { a.srcStep = row - 1; }},
-      {"destination step", orvStatusStep, [=](Arguments& a) { a.dstStep = row - 1; }}};
-  if (sizeof(T) > 1) checks.push_back({"alignment", orvStatusStepAlign, [](Arguments& a) { a.dstStep += 1; }});
-  for (const int border : {0, 2, 6, 17})
-    checks.push_back({"border", orvStatusBadArg, [=](Arguments& a) { a.border = border; }});
-  checks.push_back({"record's width", orvStatusSize, [](Arguments& a) { a.roi.width = 10; }});
-  if (rows) checks.push_back({"record's height", orvStatusSize, [](Arguments& a) { a.roi.height = 6; }});
-  walkChecks<Arguments>(
-      {src.data(), src.step(), dst.data(), dst.step(), {9, 5}, orvBorderRepl, record}, checks,
-      [&](Arguments& a) { return filter(a.src, a.srcStep, a.dst, a.dstStep, a.roi, a.border, a.state); },
-      [&] { return dst.unchanged(); });
+  Record<State> record{maker};
+  record.prepare(r, {9, 5});
+  const int32_t most = record.serves.width;
+  T pixels[20 * 7 * 4] = {};
+  const auto status = [&](int32_t width, int32_t height, OrvBorderType kind) {
+    return filter(pixels, 80 * sizeof(T), pixels, 80 * sizeof(T), {width, height}, kind, record.allocated.get());
+  };
+  for (const int kind : {0, 2, 6, 17}) CHECK(status(most + 1, 5, kind) == orvStatusBadArg);
+  CHECK(status(most + 1, 5, orvBorderRepl) == orvStatusSize && status(most, 5, orvBorderRepl) == orvStatusOk);
+  if (rows) CHECK(status(most, record.serves.height + 1, orvBorderRepl) == orvStatusSize);
 }
 
 }  // namespace test

@@ -42,19 +42,15 @@ void checkKernels(FlowKernels<P, G> (*get)(), int most) {
     const size_t count = (size_t)stride * (size_t)(height + y0 + 2);
     std::vector<P> first(count), second(count);
     std::vector<G> gx(count), gy(count), outX(count), outY(count);
-    // whatever the slack holds must not count
-    for (auto* plane : {&first, &second}) {
-      fillRuns<P>(r, plane->data(), (int64_t)count, true);
-      for (ptrdiff_t y = 0; y < height + y0 + 2; ++y)
-        for (ptrdiff_t x = 0; x < width + x0 + 2; ++x)
-          (*plane)[(size_t)(y * stride + x)] = (P)(r.one(4) ? most : r.in(0, most));
-    }
-    for (auto* plane : {&gx, &gy}) {
-      fillRuns<G>(r, plane->data(), (int64_t)count, true);
-      for (ptrdiff_t y = 0; y < height + y0; ++y)
-        for (ptrdiff_t x = 0; x < width + x0; ++x)
-          (*plane)[(size_t)(y * stride + x)] = (G)(r.one(4) ? -most : r.in(-most, most));
-    }
+    // Whatever the slack holds must not count.
+    const auto fill = [&](auto& plane, int low, int margin) {
+      using E = std::decay_t<decltype(plane[0])>;
+      fillRuns<E>(r, plane.data(), (int64_t)count, true);
+      for (ptrdiff_t y = 0; y < height + y0 + margin; ++y)
+        for (ptrdiff_t x = 0; x < width + x0 + margin; ++x)
+          plane[(size_t)(y * stride + x)] = (E)(r.one(4) ? (low < 0 ? low : most) : r.in(low, most));
+    };
+    fill(first, 0, 2), fill(second, 0, 2), fill(gx, -most, 0), fill(gy, -most, 0);
     const ptrdiff_t at = y0 * stride + x0;
     const FlowWindow<P, G> w{
         &first[(size_t)at], &second[(size_t)at], &gx[(size_t)at], &gy[(size_t)at], stride, width, height};

@@ -1,9 +1,6 @@
 // The Gaussian mixture against its plain form, frame by frame, masks, modes and backgrounds; sizes; refusals.
-#include <string.h>
-#include <vector>
 #include "framework/image.h"
 #include "framework/settings.h"
-#include "framework/walker.h"
 #include "reference/mixture.h"
 
 using namespace test;
@@ -119,56 +116,39 @@ TEST(sizes) {
   CHECK(orviFGMMGetBufferSize_8u_C3R({0, 0}, 0, nullptr) == orvStatusNullPtr);
   CHECK(orviFGMMGetBufferSize_8u_C3R({0, 5}, 0, &bytes) == orvStatusSize);
   CHECK(orviFGMMGetBufferSize_8u_C3R({5, 5}, 0, &bytes) == orvStatusBadArg && bytes == -1);
-  CHECK(orviFGMMInit_8u_C3R({0, 5}, 0, nullptr, nullptr) == orvStatusNullPtr);
 }
 
-namespace {
-struct Arguments {
-  const uint8_t* src;
-  int32_t srcStep;
-  uint8_t* dst;
-  int32_t dstStep;
-  OrvSize roi;
-  OrvFGMMState* state;
-  OrvFGMMModel model;
-};
-}  // namespace
-
+// In each call an argument is wrong, and so are those that are checked after it.
 TEST(refusals) {
-  const OrvSize roi{4, 3};
+  const OrvSize roi{4, 3}, narrow{0, 3}, low{4, -1};
   const Buffer buffer(bytesFor(roi, 5), 3);
-  CHECK(orviFGMMInit_8u_C3R(roi, 5, &usual, buffer.state()) == orvStatusOk);
-  std::vector<uint8_t> src(36, 9), dst(36, 7);
+  OrvFGMMState* const state = buffer.state();
+  CHECK(orviFGMMInit_8u_C3R(roi, 5, &usual, state) == orvStatusOk);
   const std::vector<uint8_t> before(buffer.memory.data(), buffer.memory.data() + buffer.memory.bytes());
-  const auto untouched = [&] {
-    return memcmp(before.data(), buffer.memory.data(), before.size()) == 0 && dst == std::vector<uint8_t>(36, 7);
+  const uint8_t src[36] = {};
+  uint8_t dst[36] = {};
+  OrvFGMMModel bad = usual;
+  const auto run = [&](const uint8_t* from, int32_t step, uint8_t* to, int32_t toStep, OrvSize size, OrvFGMMState* s) {
+    return orviFGMMForeground_8u_C3R(from, step, to, toStep, size, s, &bad, 0.1);
   };
-  const Arguments valid{src.data(), 12, dst.data(), 4, roi, buffer.state(), usual};
-  using A = Arguments;
-  const Check<A> noDst{"dst", orvStatusNullPtr, [](A&a) { a.dst = nullptr; }},
-      noState{"state", orvStatusNullPtr, [](A&a) { a.state = nullptr; }},
-      step{"dstStep", orvStatusStep, [](A&a) { a.dstStep = 0; }},
-      width{"width", orvStatusSize, [](A&a) { a.roi.width = 0; }},
-      height{"height", orvStatusSize, [](A&a) { a.roi.height = -1; }};
-  const auto run = [](A& a) {
-    return orviFGMMForeground_8u_C3R(a.src, a.srcStep, a.dst, a.dstStep, a.roi, a.state, &a.model, 0.1);
-  };
-  walkChecks<A>(valid,
-                {{"src", orvStatusNullPtr, [](A& a) { a.src = nullptr; }},
-                 noDst,
-                 noState,
-                 {"srcStep", orvStatusStep, [](A& a) { a.srcStep = -12; }},
-                 step,
-                 width,
-                 height,
-                 {"numGauss", orvStatusBadArg, [](A& a) { a.model.numGauss = 6; }}},
-                run, untouched);
-  Arguments none = valid;
-  none.model.numGauss = 0;
-  CHECK(run(none) == orvStatusBadArg && untouched());
-  const auto show = [](A& a) { return orviFGMMBackground_8u_C3R(a.dst, a.dstStep, a.roi, a.state); };
-  walkChecks<A>(valid, {noDst, noState, step, width, height}, show, untouched);
-  const auto start = [](A& a) { return orviFGMMInit_8u_C3R(a.roi, a.dstStep, &a.model, a.state); };
-  walkChecks<A>(valid, {noState, width, height, {"maxNGauss", orvStatusBadArg, [](A& a) { a.dstStep = 0; }}}, start,
-                untouched);
+  for (const int gauss : {0, 6}) {
+    bad.numGauss = gauss;
+    CHECK(run(nullptr, 0, dst, 0, narrow, state) == orvStatusNullPtr);
+    CHECK(run(src, 0, nullptr, 0, narrow, state) == orvStatusNullPtr);
+    CHECK(run(src, 0, dst, 0, narrow, nullptr) == orvStatusNullPtr);
+    CHECK(run(src, -12, dst, 4, narrow, state) == orvStatusStep && run(src, 12, dst, 0, low, state) == orvStatusStep);
+    CHECK(run(src, 12, dst, 4, narrow, state) == orvStatusSize && run(src, 12, dst, 4, low, state) == orvStatusSize);
+    CHECK(run(src, 12, dst, 4, roi, state) == orvStatusBadArg);
+  }
+  CHECK(orviFGMMBackground_8u_C3R(nullptr, 0, narrow, state) == orvStatusNullPtr);
+  CHECK(orviFGMMBackground_8u_C3R(dst, 0, narrow, nullptr) == orvStatusNullPtr);
+  CHECK(orviFGMMBackground_8u_C3R(dst, 0, narrow, state) == orvStatusStep);
+  CHECK(orviFGMMInit_8u_C3R(narrow, 0, &usual, nullptr) == orvStatusNullPtr);
+  CHECK(orviFGMMInit_8u_C3R(narrow, 0, nullptr, state) == orvStatusNullPtr);
+  for (const OrvSize size : {narrow, low})
+    CHECK(orviFGMMBackground_8u_C3R(dst, 12, size, state) == orvStatusSize &&
+          orviFGMMInit_8u_C3R(size, 0, &usual, state) == orvStatusSize);
+  CHECK(orviFGMMInit_8u_C3R(roi, 0, &usual, state) == orvStatusBadArg);
+  CHECK(memcmp(before.data(), buffer.memory.data(), before.size()) == 0, "refused, and yet something was written");
+  CHECK(std::all_of(dst, dst + 36, [](uint8_t b) { return b == 0; }));
 }

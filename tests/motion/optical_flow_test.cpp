@@ -231,61 +231,51 @@ TEST(stopping) {
 
 namespace {
 
+// The arguments of a tracker, whose pointers stand in one table.
 struct Arguments {
-  const OrvPyramid *a, *b;
-  const OrvPoint32f* from;
-  OrvPoint32f* to;
-  int8_t* status;
-  float* error;
+  const void* pointers[7];  // two pyramids, points, their places, statuses, errors, state
   int32_t count, winSize, maxLevel, maxIter;
   float threshold;
-  OrvOptFlowPyrLKState* state;
 };
 
 template <class T>
 void statuses() {
   OrvOptFlowPyrLKState* state = nullptr;
-  CHECK(Flow<T>::make(nullptr, {0, 0}, 0, 0) == orvStatusNullPtr);
-  CHECK(Flow<T>::make(&state, {5, 5}, 0, 0) == orvStatusSize && Flow<T>::make(&state, {5, 0}, 5, 0) == orvStatusSize &&
-        Flow<T>::make(&state, {-1, 5}, 5, 0) == orvStatusSize);
+  CHECK(Flow<T>::make(nullptr, {0, 0}, 0, 0) == orvStatusNullPtr && Flow<T>::release(nullptr) == orvStatusNullPtr);
+  CHECK(Flow<T>::make(&state, {5, 5}, 0, 0) == orvStatusSize);
+  for (const OrvSize bad : {OrvSize{5, 0}, {-1, 5}}) CHECK(Flow<T>::make(&state, bad, 5, 0) == orvStatusSize);
   for (const OrvSize huge : {OrvSize{INT32_MAX, INT32_MAX}, OrvSize{40000, 40000}})
     CHECK(Flow<T>::make(&state, huge, 5, 0) == orvStatusNoMem);
   CHECK(Flow<T>::make(&state, {5, 5}, INT32_MAX, 0) == orvStatusNoMem);
-  const int32_t live = steeredLiveAllocations();
   for (int kth = 1; kth <= 2; ++kth) {
     steerFailAllocation(kth);
-    CHECK(Flow<T>::make(&state, {20, 20}, 5, 0) == orvStatusNoMem && state == nullptr);
-    CHECK(steeredLiveAllocations() == live);
+    CHECK(Flow<T>::make(&state, {20, 20}, 5, 0) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
   }
   steerFailAllocation(0);
-  CHECK(Flow<T>::release(nullptr) == orvStatusNullPtr);
 
   const Levels<T> image({20, 20}, 1, 0, 0);
   CHECK(Flow<T>::make(&state, {20, 20}, 5, 0) == orvStatusOk);
   OrvPoint32f from{9, 9}, to{7, 7};
   int8_t status = 99;
   float error = -7;
-  const Arguments valid{&image.pyramid, &image.pyramid, &from, &to, &status, &error, 1, 5, 0, 3, 0.01f, state};
-  walkChecks<Arguments>(
-      valid,
-      {{"pyramid1", orvStatusNullPtr, [](Arguments& x) { x.a = nullptr; }},
-       {"pyramid2", orvStatusNullPtr, [](Arguments& x) { x.b = nullptr; }},
-       {"prevPoints", orvStatusNullPtr, [](Arguments& x) { x.from = nullptr; }},
-       {"nextPoints", orvStatusNullPtr, [](Arguments& x) { x.to = nullptr; }},
-       {"status", orvStatusNullPtr, [](Arguments& x) { x.status = nullptr; }},
-       {"error", orvStatusNullPtr, [](Arguments& x) { x.error = nullptr; }},
-       {"state", orvStatusNullPtr, [](Arguments& x) { x.state = nullptr; }},
-       {"numPoints", orvStatusSize, [](Arguments& x) { x.count = 0; }},
-       {"other winSize", orvStatusSize, [](Arguments& x) { x.winSize = 6; }},
-       {"maxLevel", orvStatusBadArg, [](Arguments& x) { x.maxLevel = -1; }},
-       {"maxIter", orvStatusBadArg, [](Arguments& x) { x.maxIter = 0; }},
-       {"threshold", orvStatusBadArg, [](Arguments& x) { x.threshold = -1e-9f; }}},
-      [](Arguments& x) {
-        return Flow<T>::track(x.a, x.b, x.from, x.to, x.status, x.error, x.count, x.winSize, x.maxLevel, x.maxIter,
-                              x.threshold, x.state);
+  using A = Arguments;
+  std::vector<Check<A>> checks;
+  for (int k = 0; k < 7; ++k) checks.push_back({"null", orvStatusNullPtr, [k](A& a) { a.pointers[k] = nullptr; }});
+  checks.insert(checks.end(), {{"numPoints", orvStatusSize, [](A& a) { a.count = 0; }},
+                               {"other winSize", orvStatusSize, [](A& a) { a.winSize = 6; }},
+                               {"maxLevel", orvStatusBadArg, [](A& a) { a.maxLevel = -1; }},
+                               {"maxIter", orvStatusBadArg, [](A& a) { a.maxIter = 0; }},
+                               {"threshold", orvStatusBadArg, [](A& a) { a.threshold = -1e-9f; }}});
+  walkChecks<A>(
+      {{&image.pyramid, &image.pyramid, &from, &to, &status, &error, state}, 1, 5, 0, 3, 0.01f}, checks,
+      [](A& a) {
+        const auto p = a.pointers;
+        return Flow<T>::track((const OrvPyramid*)p[0], (const OrvPyramid*)p[1], (const OrvPoint32f*)p[2],
+                              (OrvPoint32f*)p[3], (int8_t*)p[4], (float*)p[5], a.count, a.winSize, a.maxLevel,
+                              a.maxIter, a.threshold, (OrvOptFlowPyrLKState*)p[6]);
       },
       [&] { return to.x == 7 && status == 99 && error == -7; });
-  CHECK(Flow<T>::release(state) == orvStatusOk && steeredLiveAllocations() == live);
+  CHECK(Flow<T>::release(state) == orvStatusOk && steeredLiveAllocations() == 0);
 }
 
 }  // namespace

@@ -1,9 +1,7 @@
 // The layer steps against their plain forms, over whole pyramids; refusals; memory.
 // One body serves both variants.
 #include <math.h>
-#include "framework/image.h"
-#include "framework/settings.h"
-#include "framework/walker.h"
+#include "framework/sweep.h"
 #include "reference/pyramid_layer.h"
 
 using namespace test;
@@ -111,7 +109,7 @@ template <class T, class K>
 void checkFamilies(const Family<T, K> (&families)[2]) {
   Random r(seed());
   const float rates[] = {2, 2, 1.99999f, 1.99998f, 2.00002f, 1.5f, 1.0001f, 3.3f, 10, 1.25f, 2.00003f};
-  for (int i = 0; i < (quick() ? 30 : 150); ++i) {
+  for (int i = 0; i < (quick() ? 15 : 150); ++i) {
     const OrvSize size = i % 3 == 0 ? OrvSize{r.in(1, 9), r.in(1, 9)} : OrvSize{r.in(1, 70), r.in(1, 40)};
     checkPyramid(r, families[i % 2], size, rates[r.in(0, 10)], 2 * r.in(1, i % 5 == 0 ? 12 : 4) + 1);
   }
@@ -157,35 +155,20 @@ void checkRefusals(const Calls<T, K, State>& call, int channels, OrvSize dstRoi)
   CHECK(call.init(&state, {12, 8}, 2, kernel, 3, 2) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
   CHECK(call.init(&state, {12, 8}, 2, kernel, 3, 2) == orvStatusOk && call.free(nullptr) == orvStatusNullPtr);
 
+  std::vector<Told> order = {{Fault::null, 0}, {Fault::null, 2}, {Fault::height, 1}, {Fault::width, 1}};
+  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
+    for (int image = 0; image < 4 && (fault == Fault::smallStep || sizeof(T) > 1); image += 2)
+      order.push_back({fault, image});
+  walkArguments("layer", call.run, order, In<T>(channels), Roi(), Out<T>(channels), Value<OrvSize>({OrvSize{13, 99}}),
+                Value<State*>({state}));
   Random r(seed());
   Image<T> src(r, 12, 8, channels), dst(r, dstRoi.width, dstRoi.height, channels);
-  struct Arguments {
-    const T* src;
-    int32_t srcStep;
-    OrvSize srcRoi;
-    T* dst;
-    int32_t dstStep;
-    OrvSize dstRoi;
-    State* state;
+  const auto refused = [&](OrvSize to, State* with) {
+    return call.run(src.data(), src.step(), {12, 8}, dst.data(), dst.step(), to, with);
   };
-  const int32_t row = 12 * channels * (int32_t)sizeof(T);
-  std::vector<Check<Arguments>> checks = {{"src", orvStatusNullPtr, [](Arguments& a) { a.src = nullptr; }},
-                                          {"dst", orvStatusNullPtr, [](Arguments& a) { a.dst = nullptr; }},
-                                          {"state", orvStatusNullPtr, [](Arguments& a) { a.state = nullptr; }},
-                                          {"height", orvStatusSize, [](Arguments& a) { a.srcRoi.height = 0; }},
-                                          {"width", orvStatusSize, [](Arguments& a) { a.srcRoi.width = -1; }},
-                                          {"srcStep", orvStatusStep, [=](Arguments& a) { a.srcStep = row - 1; }},
-                                          {"dstStep", orvStatusStep, [](Arguments& a) { a.dstStep = 0; }},
-                                          {"alignment", orvStatusStepAlign, [](Arguments& a) { a.srcStep += 1; }},
-                                          {"other alignment", orvStatusStepAlign, [](Arguments& a) { a.dstStep += 1; }},
-                                          {"dstRoi.height", orvStatusSize, [](Arguments& a) { a.dstRoi.height = 3; }},
-                                          {"dstRoi.width", orvStatusSize, [](Arguments& a) { a.dstRoi.width = 1; }}};
-  // without an alignment to test, and with one step too small to spoil further
-  if (sizeof(T) == 1) checks.erase(checks.begin() + 7, checks.begin() + 9);
-  walkChecks<Arguments>(
-      {src.data(), src.step(), {12, 8}, dst.data(), dst.step(), dstRoi, state}, checks,
-      [&](Arguments& a) { return call.run(a.src, a.srcStep, a.srcRoi, a.dst, a.dstStep, a.dstRoi, a.state); },
-      [&] { return src.unchanged() && dst.unchanged(); });
+  CHECK(refused(dstRoi, nullptr) == orvStatusNullPtr);
+  for (const OrvSize to : {OrvSize{dstRoi.width, 3}, {1, dstRoi.height}})
+    CHECK(refused(to, state) == orvStatusSize && dst.unchanged());
   const auto run = [&] { return call.run(src.data(), src.step(), {12, 8}, dst.data(), dst.step(), dstRoi, state); };
   const int allocations = std::is_same<State, OrvPyramidUpState>::value ? 2 : 0;
   for (int kth = 1; kth <= 2; ++kth) {

@@ -7,27 +7,20 @@ using namespace test;
 namespace {
 
 template <class T>
-using Label = OrvStatus (*)(T*, int32_t, OrvSize, int32_t, int32_t, int32_t, int32_t*, uint8_t*);
-
-template <class T>
-void labelInPlace(const char* name, Label<T> function, int32_t limit) {
-  const Context context(name);
-  Random r(seed());
-  for (const Shape& shape : shapes()) {
-    Image<T> image(r, shape.width, shape.height, 1);
-    const Context size(std::to_string(shape.width) + "x" + std::to_string(shape.height));
-    checkLabels(r, shape, limit - 1, image, image, [&](const LabelArguments& a) {
-      return function(image.data(), image.step(), a.size, a.minLabel, a.maxLabel, a.norm, a.count, a.buffer);
-    });
-  }
-  Image<T> image(r, 9, 5, 1);
-  walkLabels(
-      limit, image.step(), sizeof(T),
-      [&](StepFault& f) {
-        return function(f.null ? nullptr : image.data(), f.step, f.a.size, f.a.minLabel, f.a.maxLabel, f.a.norm,
-                        f.a.count, f.a.buffer);
-      },
-      [&] { return image.unchanged(); });
+void labels(const char* name,
+            OrvStatus (*function)(T*, int32_t, OrvSize, int32_t, int32_t, int32_t, int32_t*, uint8_t*),
+            OrvStatus (*size)(OrvSize, int32_t*), int32_t limit) {
+  const auto plain = [](T* image, int32_t step, OrvSize roi, int32_t low, int32_t high, int32_t norm, int32_t* count,
+                        uint8_t*) { plainLabels(image, step, image, step, roi, low, high, norm, count); };
+  std::vector<Told> order = pointersThenSizes({0, 5, 6}, 1);
+  order.push_back({Fault::smallStep, 0});
+  if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 0});
+  checkLabels(name, function, plain, limit, order, size, Markers<T>(true));
+  T pixel = 1;
+  int32_t count = 7;
+  uint8_t buffer[38];
+  for (const auto& [low, high, norm] : badLabels(limit))
+    CHECK(function(&pixel, 2, {1, 1}, low, high, norm, &count, buffer) == orvStatusBadArg && pixel == 1 && count == 7);
 }
 
 template <class T>
@@ -35,11 +28,9 @@ using Bound = OrvStatus (*)(T*, int32_t, OrvSize, T, int32_t);
 
 template <class T>
 void bound(const char* name, Bound<T> function) {
-  const auto plain = [](T* image, int32_t step, OrvSize size, T border, int32_t norm) {
-    reference::boundSegments(image, step, size, border, norm);
-  };
   // Labels of a few values and of many, some of them the border's.
-  sweep(name, function, plain, {300, 200}, InOut<T>(), Roi(), Value<T>({0, 1, (T)-1}), Value<int32_t>({0, 1}));
+  sweep(name, function, reference::boundSegments<T>, {300, 200}, InOut<T>(), Roi(), Value<T>({0, 1, (T)-1}),
+        Value<int32_t>({0, 1}));
   std::vector<Told> order = pointersThenSizes({0}, 1);
   order.push_back({Fault::smallStep, 0});
   if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 0});
@@ -51,8 +42,8 @@ void bound(const char* name, Bound<T> function) {
 }  // namespace
 
 TEST(labels) {
-  labelInPlace("orviLabelMarkers_8u_C1IR", orviLabelMarkers_8u_C1IR, 255);
-  labelInPlace("orviLabelMarkers_16u_C1IR", orviLabelMarkers_16u_C1IR, 65535);
+  labels("LabelMarkers_8u_C1IR", orviLabelMarkers_8u_C1IR, orviLabelMarkersGetBufferSize_8u_C1R, 255);
+  labels("LabelMarkers_16u_C1IR", orviLabelMarkers_16u_C1IR, orviLabelMarkersGetBufferSize_16u_C1R, 65535);
 }
 
 // Segments of several pixels a side, so that lines meet.

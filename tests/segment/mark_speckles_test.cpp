@@ -22,54 +22,40 @@ void plainSpeckles(T* image, int32_t step, OrvSize size, T speckle, int32_t most
       if (r.count[(size_t)n] <= most) store(image, step, i / size.width, i % size.width, speckle);
 }
 
-// Scratch of exactly 13 bytes a pixel.
-struct SpeckleBuffer {
-  std::shared_ptr<Guarded> memory;
-  void prepare(Random& r, const Shape& s) {
-    memory = std::make_shared<Guarded>((size_t)(13 * s.width * s.height), true, (size_t)r.in(0, 3));
-  }
-  std::tuple<uint8_t*> arguments(Side) { return {memory->data()}; }
-  void reset() {}
-  bool untouched() const { return true; }
-  void verify(int) const { CHECK(memory->intact()); }
-};
-
 template <class T>
 void speckles(const char* name, Mark<T> function, std::vector<T> values, std::vector<T> differences, bool stepChecked) {
+  const Scratch buffer(
+      [](OrvSize roi, int32_t* bytes) { return orviMarkSpecklesGetBufferSize(roi, orvData8u, 1, bytes); });
   const Value<int32_t> sizes({0, 1, 2, 5, 1000, -1, INT32_MIN});
   sweep(name, function, plainSpeckles<T>, {60, 60}, wild(InOut<T>()), Roi(), Value<T>(values), sizes,
-        Value<T>(differences), Value<int32_t>({1}), SpeckleBuffer());
+        Value<T>(differences), Value<int32_t>({1}), buffer);
   std::vector<Told> order = {{Fault::null, 0}, {Fault::null, 6}, {Fault::width, 1}, {Fault::height, 1}};
   if (stepChecked) order.push_back({Fault::smallStep, 0}), order.push_back({Fault::misalignedStep, 0});
   walkArguments(name, function, order, InOut<T>(), Roi(), Value<T>({1}), Value<int32_t>({1}), Value<T>({1}),
-                Value<int32_t>({1}), SpeckleBuffer());
+                Value<int32_t>({1}), buffer);
   T pixel = 0;
-  uint8_t buffer[13];
-  CHECK(function(&pixel, sizeof(T), {1, 1}, 1, 1, 1, 0, buffer) == orvStatusNorm && pixel == 0);
+  uint8_t scratch[13];
+  CHECK(function(&pixel, sizeof(T), {1, 1}, 1, 1, 1, 0, scratch) == orvStatusNorm && pixel == 0);
 }
 
 }  // namespace
 
 TEST(labels) {
-  Random r(seed());
-  for (const Shape& shape : shapes()) {
-    Image<uint8_t> image(r, shape.width, shape.height, 1);
-    Image<int32_t> labels(r, shape.width, shape.height, 1);
-    const Context size(std::to_string(shape.width) + "x" + std::to_string(shape.height));
-    checkLabels(r, shape, INT32_MAX - 1, image, labels, [&](const LabelArguments& a) {
-      return orviLabelMarkers_8u32s_C1R(image.data(), image.step(), labels.data(), labels.step(), a.size, a.minLabel,
-                                        a.maxLabel, a.norm, a.count, a.buffer);
-    });
-  }
-  Image<uint8_t> image(r, 9, 5, 1);
-  Image<int32_t> labels(r, 9, 5, 1);
-  walkLabels(
-      INT32_MAX, labels.step(), 4,
-      [&](StepFault& f) {
-        return orviLabelMarkers_8u32s_C1R(image.data(), image.step(), f.null ? nullptr : labels.data(), f.step,
-                                          f.a.size, f.a.minLabel, f.a.maxLabel, f.a.norm, f.a.count, f.a.buffer);
-      },
-      [&] { return labels.unchanged(); });
+  const auto plain = [](const uint8_t* src, int32_t srcStep, int32_t* dst, int32_t dstStep, OrvSize roi, int32_t low,
+                        int32_t high, int32_t norm, int32_t* count,
+                        uint8_t*) { plainLabels(src, srcStep, dst, dstStep, roi, low, high, norm, count); };
+  std::vector<Told> order = pointersThenSizes({0, 1, 6, 7}, 2);
+  for (const int image : {0, 1}) order.push_back({Fault::smallStep, image});
+  order.push_back({Fault::misalignedStep, 1});
+  checkLabels("LabelMarkers_8u32s_C1R", orviLabelMarkers_8u32s_C1R, plain, INT32_MAX, order,
+              orviLabelMarkersGetBufferSize_8u32s_C1R, Markers<uint8_t>(false), Out<int32_t>());
+  const uint8_t pixel = 1;
+  int32_t label = 5, count = 7;
+  uint8_t buffer[38];
+  for (const auto& [low, high, norm] : badLabels(INT32_MAX))
+    CHECK(orviLabelMarkers_8u32s_C1R(&pixel, 1, &label, 4, {1, 1}, low, high, norm, &count, buffer) ==
+              orvStatusBadArg &&
+          label == 5 && count == 7);
 }
 
 TEST(integers) {
