@@ -1,5 +1,6 @@
 // Roles of arguments that the detectors add to those of framework/sweep.h.
 #pragma once
+#include <algorithm>
 #include "framework/sweep.h"
 
 namespace test {
