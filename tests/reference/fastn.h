@@ -42,7 +42,7 @@ int fastNClass(const Pixel& at, int x, int y, const FastNSetup& setup, int* scor
   for (const int kind : {64, 128}) {
     for (int start = 0; start < n; ++start) {
       int least = 255;
-      for (int i = start; i < start + setup.arc; ++i) {
+      for (int i = start; i < start + setup.arc && least > *score; ++i) {
         const int d = at(x + ring[(size_t)(i % n)].x, y + ring[(size_t)(i % n)].y) - at(x, y);
         least = std::min(least, kind == 64 ? d : -d);
       }
