@@ -7,21 +7,18 @@
 using namespace test;
 
 TEST(derivatives) {
-  const auto order = [] {
-    std::vector<Told> told = pointersThenSizes({0, 1, 2, 5}, 3);
-    for (int i = 0; i < 3; ++i) told.push_back({Fault::smallStep, i});
-    for (int i = 0; i < 2; ++i) told.push_back({Fault::misalignedStep, i});
-    return told;
-  };
+  std::vector<Told> order = pointersThenSizes({0, 1, 2, 5}, 3);
+  for (const int i : {0, 1, 2}) order.push_back({Fault::smallStep, i});
+  for (const int i : {0, 1}) order.push_back({Fault::misalignedStep, i});
   const Thresholds shorts({{0, 0}, {0.5f, 9}, {10.9f, 11}, {30, 3000.5f}, {999, 32768}, {3e4f, 5e4f}, {65535, 65535}});
   sweep("orviCanny_16s8u_C1R", orviCanny_16s8u_C1R, reference::cannyShorts, {}, In<int16_t>(), In<int16_t>(),
         Out<uint8_t>(), Roi(), shorts, Buffer(orviCannyGetSize));
-  walkArguments("orviCanny_16s8u_C1R", orviCanny_16s8u_C1R, order(), In<int16_t>(), In<int16_t>(), Out<uint8_t>(),
-                Roi(), shorts, Buffer(orviCannyGetSize));
+  walkArguments("orviCanny_16s8u_C1R", orviCanny_16s8u_C1R, order, In<int16_t>(), In<int16_t>(), Out<uint8_t>(), Roi(),
+                shorts, Buffer(orviCannyGetSize));
   const Thresholds floats({{0, 0}, {0.25f, 300}, {255.5f, 255.5f}, {255.5f, 1e4f}, {511, 511}, {1000, INFINITY}});
   sweep("orviCanny_32f8u_C1R", orviCanny_32f8u_C1R, reference::cannyFloats, {}, wild(In<float>()), In<float>(),
         Out<uint8_t>(), Roi(), floats, Buffer(orviCannyGetSize));
-  walkArguments("orviCanny_32f8u_C1R", orviCanny_32f8u_C1R, order(), In<float>(), In<float>(), Out<uint8_t>(), Roi(),
+  walkArguments("orviCanny_32f8u_C1R", orviCanny_32f8u_C1R, order, In<float>(), In<float>(), Out<uint8_t>(), Roi(),
                 floats, Buffer(orviCannyGetSize));
 }
 

@@ -1,45 +1,23 @@
 // The Harris response and line suppression against their definitions: windows, filters, every border; sizes, statuses.
-#include "features/roles.h"
+#include "features/planned.h"
 #include "reference/tensor.h"
 
 using namespace test;
-using reference::HarrisPlan;
+using reference::FilterPlan;
 
 namespace {
 
-// A source that is readable around just as deep as its plan tells; the plan follows it.
-template <class T>
-struct Planned : ImageRole<T> {
-  HarrisPlan* plan;
-  explicit Planned(HarrisPlan* told) : ImageRole<T>(In<T>()), plan(told) {}
-  void prepare(Random& r, const Shape& shape) {
-    const int filters[] = {orvFilterKernelSobel, orvFilterKernelScharr, orvFilterKernelCentralDiff};
-    const int kinds[] = {orvBorderConst, orvBorderRepl, orvBorderInMem}, windows[] = {9, 17, 24};
-    const int filter = filters[r.in(0, 2)];
-    *plan = {filter, filter == orvFilterKernelSobel && r.one(2) ? orvMaskSize5x5 : orvMaskSize3x3,
-             r.one(16) ? windows[r.in(0, 2)] : r.in(1, 6), kinds[r.in(0, 2)] | (r.one(3) ? 0 : r.in(0, 15) * 16),
-             (float)r.in(0, 255)};
-    const int before = (plan->window - 1) / 2, behind = plan->window / 2;
-    const auto depth = [&](int flag, int reach) { return plan->sides() & flag ? reach + plan->half() : 0; };
-    this->candidate.emplace(r, shape.width, shape.height, 1,
-                            Margin{depth(orvBorderInMemLeft, before), depth(orvBorderInMemTop, before),
-                                   depth(orvBorderInMemRight, behind), depth(orvBorderInMemBottom, behind)});
-    this->candidate->fill(r, false);
-  }
-  auto arguments(Side side) { return std::tuple_cat(ImageRole<T>::arguments(side), std::make_tuple(*plan)); }
-};
-
-OrvStatus harris(const uint8_t* src, int32_t step, HarrisPlan p, float* dst, int32_t dstStep, OrvSize roi,
+OrvStatus harris(const uint8_t* src, int32_t step, FilterPlan p, float* dst, int32_t dstStep, OrvSize roi,
                  uint8_t* buffer, float k, float scale) {
   return orviHarrisCorner_8u32f_C1R(src, step, dst, dstStep, roi, p.filter, p.mask, p.window, p.border,
                                     (uint8_t)p.value, buffer, k, scale);
 }
-OrvStatus harris(const float* src, int32_t step, HarrisPlan p, float* dst, int32_t dstStep, OrvSize roi,
+OrvStatus harris(const float* src, int32_t step, FilterPlan p, float* dst, int32_t dstStep, OrvSize roi,
                  uint8_t* buffer, float k, float scale) {
   return orviHarrisCorner_32f_C1R(src, step, dst, dstStep, roi, p.filter, p.mask, p.window, p.border, buffer, k, scale,
                                   p.value);
 }
-OrvStatus lines(const uint8_t* src, int32_t step, HarrisPlan p, const uint8_t* feature, int32_t featureStep,
+OrvStatus lines(const uint8_t* src, int32_t step, FilterPlan p, const uint8_t* feature, int32_t featureStep,
                 uint8_t* dst, int32_t dstStep, OrvSize roi, uint8_t* buffer, float threshold) {
   return orviLineSuppression_8u_C1R(src, step, feature, featureStep, dst, dstStep, roi, p.filter, p.mask, p.window,
                                     p.border, (uint8_t)p.value, buffer, threshold);
@@ -47,7 +25,7 @@ OrvStatus lines(const uint8_t* src, int32_t step, HarrisPlan p, const uint8_t* f
 
 template <class T>
 void responses(const char* name) {
-  HarrisPlan plan;
+  FilterPlan plan;
   const Buffer buffer([&](OrvSize roi, int32_t* bytes) {
     return orviHarrisCornerGetBufferSize(roi, plan.mask, plan.window, sizeof(T) == 1 ? orvData8u : orvData32f, 1,
                                          bytes);
@@ -66,7 +44,7 @@ TEST(harris) {
 }
 
 TEST(lineSuppression) {
-  HarrisPlan plan;
+  FilterPlan plan;
   const Buffer buffer([&](OrvSize roi, int32_t* bytes) {
     return orviLineSuppressionGetBufferSize(roi, plan.mask, plan.window, orvData8u, 1, bytes);
   });
@@ -101,7 +79,7 @@ struct Call {
   uint8_t* dst;
   int32_t srcStep, featureStep, dstStep;
   OrvSize roi;
-  HarrisPlan plan;
+  FilterPlan plan;
   uint8_t* buffer;
   int32_t type, channels;
   int32_t* bytes;

@@ -1,6 +1,7 @@
 // Structure tensors and what is made of them, a pixel at a time.
 #pragma once
 #include <math.h>
+#include "reference/filter_plan.h"
 #include "reference/gradient_vector.h"
 
 namespace reference {
@@ -41,36 +42,23 @@ struct Tensor {
   }
 };
 
-// What the detectors by Harris' plan are told beside their images.
-struct HarrisPlan {
-  int32_t filter, mask, window, border;
-  float value;
-
-  int half() const { return mask / 22; }
-  int sides() const { return (border & 7) == orvBorderInMem ? 240 : border & 240; }
-  int kind() const { return (border & 7) == orvBorderRepl ? orvBorderRepl : orvBorderConst; }
-};
-
 template <class T>
-Tensor harrisTensor(const T* src, int32_t step, OrvSize roi, const HarrisPlan& plan) {
+Tensor harrisTensor(const T* src, int32_t step, OrvSize roi, const FilterPlan& plan) {
   using R = std::conditional_t<std::is_same<T, float>::value, float, int16_t>;
-  const auto form = plan.filter == orvFilterKernelScharr ? GradientForm::scharr3
-                    : plan.half() == 2                   ? GradientForm::sobel5
-                                                         : GradientForm::sobel3;
   return {roi, plan.window, plan.kind() == orvBorderRepl, plan.sides(), [&](int x, int y, float* dx, float* dy) {
             const auto pixel = [&](int i, int c) {
               return (R)borderedPixel(src, step, roi, x + c, y - plan.half() + i, plan.kind() | plan.sides(),
                                       (T)plan.value);
             };
             R gx = (R)(pixel(1, 1) - pixel(1, -1)), gy = (R)(pixel(0, 0) - pixel(2, 0));
-            if (plan.filter != orvFilterKernelCentralDiff) gradient(form, pixel, &gx, &gy);
+            if (plan.filter != orvFilterKernelCentralDiff) gradient(plan.form(), pixel, &gx, &gy);
             *dx = (float)gx, *dy = (float)gy;
           }};
 }
 
 // The Harris response; in the last width & 3 columns the terms are subtracted the other way round.
 template <class T>
-void harris(const T* src, int32_t step, HarrisPlan plan, float* dst, int32_t dstStep, OrvSize roi, uint8_t*, float k,
+void harris(const T* src, int32_t step, FilterPlan plan, float* dst, int32_t dstStep, OrvSize roi, uint8_t*, float k,
             float scale) {
   const Tensor tensor = harrisTensor(src, step, roi, plan);
   const auto f = (float)(pow(plan.window, 4) * (double)scale);
@@ -82,7 +70,7 @@ void harris(const T* src, int32_t step, HarrisPlan plan, float* dst, int32_t dst
   });
 }
 
-inline void lineSuppression(const uint8_t* src, int32_t step, HarrisPlan plan, const uint8_t* feature,
+inline void lineSuppression(const uint8_t* src, int32_t step, FilterPlan plan, const uint8_t* feature,
                             int32_t featureStep, uint8_t* dst, int32_t dstStep, OrvSize roi, uint8_t*,
                             float threshold) {
   const Tensor tensor = harrisTensor(src, step, roi, plan);
