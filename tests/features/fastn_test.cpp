@@ -1,5 +1,5 @@
 // FastN against the plain walk along the ring: all rings and arcs, modes, clipped regions; lists, sizes, statuses.
-#include "framework/sweep.h"
+#include "features/roles.h"
 #include "reference/fastn.h"
 
 using namespace test;
@@ -193,28 +193,26 @@ OrvStatus run(int function, const Call& c) {
 
 TEST(statuses) {
   // The checks in their order, and the functions that make them.
-  const struct {
-    int functions;
-    Check<Call> check;
-  } rows[] = {{finding, {"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }}},
-              {finding | listing, {"corner", orvStatusNullPtr, [](Call& c) { c.corner = nullptr; }}},
-              {listing, {"list", orvStatusNullPtr, [](Call& c) { c.list = nullptr; }}},
-              {all - sizing, {"state", orvStatusNullPtr, [](Call& c) { c.state = nullptr; }}},
-              {finding, {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }}},
-              {all - making, {"result", orvStatusNullPtr, [](Call& c) { c.result = nullptr; }}},
-              {all, {"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }}},
-              {all, {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}},
-              {listing, {"length", orvStatusSize, [](Call& c) { c.most = -1; }}},
-              {making, {"threshold", orvStatusThreshold, [](Call& c) { c.threshold = -0.5f; }}},
-              {finding | listing, {"id", orvStatusContext, [](Call& c) { c.id = 5; }}},
-              {all, {"type", orvStatusDataType, [](Call& c) { c.type = orvData16u; }}},
-              {all, {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }}},
-              {finding, {"image", orvStatusSize, [](Call& c) { c.image.height = 0; }}},
-              {all, {"mode", orvStatusBadArg, [](Call& c) { c.mode = 7; }}},
-              {all, {"bins", orvStatusOutOfRange, [](Call& c) { c.bins = 65; }}},
-              {finding | listing, {"score", orvStatusNullPtr, [](Call& c) { c.score = nullptr; }}},
-              {all - listing, {"radius", orvStatusBadArg, [](Call& c) { c.radius = 4; }}},
-              {all - listing, {"arc", orvStatusOutOfRange, [](Call& c) { c.arc = 16; }}}};
+  const std::vector<SharedCheck<Call>> checks = {
+      {finding, {"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }}},
+      {finding | listing, {"corner", orvStatusNullPtr, [](Call& c) { c.corner = nullptr; }}},
+      {listing, {"list", orvStatusNullPtr, [](Call& c) { c.list = nullptr; }}},
+      {all - sizing, {"state", orvStatusNullPtr, [](Call& c) { c.state = nullptr; }}},
+      {finding, {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }}},
+      {all - making, {"result", orvStatusNullPtr, [](Call& c) { c.result = nullptr; }}},
+      {all, {"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }}},
+      {all, {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}},
+      {listing, {"length", orvStatusSize, [](Call& c) { c.most = -1; }}},
+      {making, {"threshold", orvStatusThreshold, [](Call& c) { c.threshold = -0.5f; }}},
+      {finding | listing, {"id", orvStatusContext, [](Call& c) { c.id = 5; }}},
+      {all, {"type", orvStatusDataType, [](Call& c) { c.type = orvData16u; }}},
+      {all, {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }}},
+      {finding, {"image", orvStatusSize, [](Call& c) { c.image.height = 0; }}},
+      {all, {"mode", orvStatusBadArg, [](Call& c) { c.mode = 7; }}},
+      {all, {"bins", orvStatusOutOfRange, [](Call& c) { c.bins = 65; }}},
+      {finding | listing, {"score", orvStatusNullPtr, [](Call& c) { c.score = nullptr; }}},
+      {all - listing, {"radius", orvStatusBadArg, [](Call& c) { c.radius = 4; }}},
+      {all - listing, {"arc", orvStatusOutOfRange, [](Call& c) { c.arc = 16; }}}};
   Random r(seed());
   const FastNSetup setup = {{20, 20}, 3, 9, 8, 39, 5};
   const State state(r, setup, 5);
@@ -241,16 +239,10 @@ TEST(statuses) {
                 5,
                 5};
   for (const int function : {sizing, making, finding, listing}) {
-    const Context context("function " + std::to_string(function));
     valid.state = function == making ? fresh.data() : state.memory.data();
-    std::vector<Check<Call>> checks;
-    for (const auto& row : rows)
-      if (row.functions & function) checks.push_back(row.check);
-    walkChecks<Call>(
-        valid, checks, [&](Call& c) { return run(function, c); },
-        [&] {
-          return result == -5 && corner == std::vector<uint8_t>(400, 3) && fresh == std::vector<uint8_t>(fresh.size());
-        });
+    walkShared(function, valid, checks, run, [&] {
+      return result == -5 && corner == std::vector<uint8_t>(400, 3) && fresh == std::vector<uint8_t>(fresh.size());
+    });
   }
   for (const OrvSize bad : {OrvSize{0, 5}, OrvSize{5, 0}})
     CHECK(orviFastNGetBufferSize(valid.state, bad, &result) == orvStatusSize);

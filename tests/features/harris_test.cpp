@@ -86,54 +86,48 @@ struct Call {
 };
 enum { ofBytes = 1, ofFloats = 2, ofLines = 4, ofSizes = 8, ofImages = ofBytes | ofFloats | ofLines, all = 15 };
 
+OrvStatus run(int function, const Call& c) {
+  auto* const out = (float*)(void*)c.dst;
+  const auto* const in = (const float*)(const void*)c.src;
+  if (function == ofBytes) return harris(c.src, c.srcStep, c.plan, out, c.dstStep, c.roi, c.buffer, 0.04f, 1);
+  if (function == ofFloats) return harris(in, c.srcStep, c.plan, out, c.dstStep, c.roi, c.buffer, 0.04f, 1);
+  if (function == ofLines)
+    return lines(c.src, c.srcStep, c.plan, c.feature, c.featureStep, c.dst, c.dstStep, c.roi, c.buffer, 10);
+  return orviHarrisCornerGetBufferSize(c.roi, c.plan.mask, c.plan.window, c.type, c.channels, c.bytes);
+}
+
 }  // namespace
 
 TEST(statuses) {
   // The checks in their order, and the functions that make them.
-  const struct {
-    int functions;
-    Check<Call> check;
-  } rows[] = {{ofImages, {"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }}},
-              {ofImages, {"dst", orvStatusNullPtr, [](Call& c) { c.dst = nullptr; }}},
-              {ofLines, {"feature", orvStatusNullPtr, [](Call& c) { c.feature = nullptr; }}},
-              {ofImages, {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }}},
-              {ofSizes, {"bufferSize", orvStatusNullPtr, [](Call& c) { c.bytes = nullptr; }}},
-              {all, {"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }}},
-              {all, {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}},
-              {ofFloats, {"src alignment", orvStatusStepAlign, [](Call& c) { c.srcStep += 1; }}},
-              {ofBytes | ofFloats, {"dst alignment", orvStatusStepAlign, [](Call& c) { c.dstStep += 2; }}},
-              {ofImages, {"filter", orvStatusFilterType, [](Call& c) { c.plan.filter = 3; }}},
-              {all, {"mask", orvStatusMaskSize, [](Call& c) { c.plan.mask = 35; }}},
-              {ofImages, {"border", orvStatusBorder, [](Call& c) { c.plan.border = orvBorderMirr; }}},
-              {ofSizes, {"type", orvStatusDataType, [](Call& c) { c.type = orvData16s; }}},
-              {ofSizes, {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }}},
-              {all, {"window", orvStatusSize, [](Call& c) { c.plan.window = 0; }}},
-              {ofImages, {"srcStep", orvStatusStep, [](Call& c) { c.srcStep = -40; }}},
-              {ofLines, {"featureStep", orvStatusStep, [](Call& c) { c.featureStep = -8; }}},
-              {ofImages, {"dstStep", orvStatusStep, [](Call& c) { c.dstStep = -36 + c.dstStep % 4; }}},
-              {ofFloats, {"in place", orvStatusInPlace, [](Call& c) { c.src = c.dst; }}},
-              {ofLines, {"in place", orvStatusInPlace, [](Call& c) { c.feature = c.dst; }}}};
-  const auto run = [](int function, Call& c) {
-    auto* const out = (float*)(void*)c.dst;
-    const auto* const in = (const float*)(const void*)c.src;
-    if (function == ofBytes) return harris(c.src, c.srcStep, c.plan, out, c.dstStep, c.roi, c.buffer, 0.04f, 1);
-    if (function == ofFloats) return harris(in, c.srcStep, c.plan, out, c.dstStep, c.roi, c.buffer, 0.04f, 1);
-    if (function == ofLines)
-      return lines(c.src, c.srcStep, c.plan, c.feature, c.featureStep, c.dst, c.dstStep, c.roi, c.buffer, 10);
-    return orviHarrisCornerGetBufferSize(c.roi, c.plan.mask, c.plan.window, c.type, c.channels, c.bytes);
-  };
+  const std::vector<SharedCheck<Call>> checks = {
+      {ofImages, {"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }}},
+      {ofImages, {"dst", orvStatusNullPtr, [](Call& c) { c.dst = nullptr; }}},
+      {ofLines, {"feature", orvStatusNullPtr, [](Call& c) { c.feature = nullptr; }}},
+      {ofImages, {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }}},
+      {ofSizes, {"bufferSize", orvStatusNullPtr, [](Call& c) { c.bytes = nullptr; }}},
+      {all, {"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }}},
+      {all, {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}},
+      {ofFloats, {"src alignment", orvStatusStepAlign, [](Call& c) { c.srcStep += 1; }}},
+      {ofBytes | ofFloats, {"dst alignment", orvStatusStepAlign, [](Call& c) { c.dstStep += 2; }}},
+      {ofImages, {"filter", orvStatusFilterType, [](Call& c) { c.plan.filter = 3; }}},
+      {all, {"mask", orvStatusMaskSize, [](Call& c) { c.plan.mask = 35; }}},
+      {ofImages, {"border", orvStatusBorder, [](Call& c) { c.plan.border = orvBorderMirr; }}},
+      {ofSizes, {"type", orvStatusDataType, [](Call& c) { c.type = orvData16s; }}},
+      {ofSizes, {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }}},
+      {all, {"window", orvStatusSize, [](Call& c) { c.plan.window = 0; }}},
+      {ofImages, {"srcStep", orvStatusStep, [](Call& c) { c.srcStep = -40; }}},
+      {ofLines, {"featureStep", orvStatusStep, [](Call& c) { c.featureStep = -8; }}},
+      {ofImages, {"dstStep", orvStatusStep, [](Call& c) { c.dstStep = -36 + c.dstStep % 4; }}},
+      {ofFloats, {"in place", orvStatusInPlace, [](Call& c) { c.src = c.dst; }}},
+      {ofLines, {"in place", orvStatusInPlace, [](Call& c) { c.feature = c.dst; }}}};
   std::vector<uint8_t> src(400), feature(400, 9), dst(400, 77), buffer(1 << 15);
   int32_t bytes = -7;
   const Call valid = {src.data(), feature.data(),   dst.data(),    40,        40, 40,
                       {9, 7},     {2, 33, 3, 1, 0}, buffer.data(), orvData8u, 1,  &bytes};
   for (const int function : {ofBytes, ofFloats, ofLines, ofSizes}) {
-    const Context context("function " + std::to_string(function));
-    std::vector<Check<Call>> checks;
-    for (const auto& row : rows)
-      if (row.functions & function) checks.push_back(row.check);
-    walkChecks<Call>(
-        valid, checks, [&](Call& c) { return run(function, c); },
-        [&] { return bytes == -7 && std::count(dst.begin(), dst.end(), 77) == 400; });
+    walkShared(function, valid, checks, run,
+               [&] { return bytes == -7 && std::count(dst.begin(), dst.end(), 77) == 400; });
     Call scharr5 = valid;
     scharr5.plan.filter = orvFilterKernelScharr, scharr5.plan.mask = orvMaskSize5x5;
     CHECK(function == ofSizes || run(function, scharr5) == orvStatusMaskSize);
