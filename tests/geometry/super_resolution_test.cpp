@@ -121,9 +121,9 @@ TEST(statuses) {
         {"psfIndex", orvStatusNullPtr, [](Arguments& a) { a.psfIndex = nullptr; }},
         {"residuals", orvStatusNullPtr, [](Arguments& a) { a.residuals = nullptr; }},
         {"state", orvStatusNullPtr, [](Arguments& a) { a.state = nullptr; }},
+        {"weights", orvStatusNullPtr, [](Arguments& a) { a.weights = nullptr; }},
         {"count", orvStatusSize, [](Arguments& a) { a.count = 0; }}};
-    if (!f.residual) checks.push_back({"weights", orvStatusNullPtr, [](Arguments& a) { a.weights = nullptr; }});
-    if (!f.residual) std::swap(checks[6], checks[7]);
+    if (f.residual) checks.erase(checks.begin() + 6);
     for (const int32_t step : {0, 4, 4 * f.taps - 4, 4 * f.taps + 1, -6})
       checks.push_back({"step", orvStatusStep, [=](Arguments& a) { a.step = step; }});
     Arguments valid{image, 4 * f.taps, value, &position, &index, &residual, 1, &weight, table.state};
@@ -139,15 +139,13 @@ TEST(statuses) {
 TEST(states) {
   OrvSRHNState* state = nullptr;
   const float coefficients[9] = {};
-  const auto init = {orviSRHNInitAlloc_PSF2x2, orviSRHNInitAlloc_PSF3x3};
-  for (const auto& make : init) {
+  for (const auto& make : {orviSRHNInitAlloc_PSF2x2, orviSRHNInitAlloc_PSF3x3}) {
     CHECK(make(nullptr, coefficients, 0) == orvStatusNullPtr && make(&state, nullptr, 0) == orvStatusNullPtr);
     CHECK(make(&state, coefficients, 0) == orvStatusSize && make(&state, coefficients, INT32_MAX) == orvStatusNoMem);
     const int32_t live = steeredLiveAllocations();
-    for (int kth = 1; kth <= 2; ++kth) {
+    for (const int kth : {1, 2}) {
       steerFailAllocation(kth);
-      CHECK(make(&state, coefficients, 1) == orvStatusNoMem && state == nullptr);
-      CHECK(steeredLiveAllocations() == live);
+      CHECK(make(&state, coefficients, 1) == orvStatusNoMem && !state && steeredLiveAllocations() == live);
     }
     steerFailAllocation(0);
   }

@@ -1,4 +1,4 @@
-// Plain line detection: the whole accumulator, one vote at a time, and the random walk with unpacked lists.
+// Plain line detection: the whole accumulator, one vote at a time.
 #pragma once
 #include <math.h>
 #include <algorithm>
@@ -55,74 +55,6 @@ inline std::vector<OrvPointPolar> houghLines(const uint8_t* src, int32_t step, O
   for (size_t i = 0; i < peaks.size() && (int)i < most; ++i)
     lines.push_back({(float)(peaks[i].rho - g.center) * delta.rho, (float)peaks[i].angle * delta.theta});
   return lines;
-}
-
-// All segments, in order.
-inline std::vector<std::vector<int>> houghSegments(const uint8_t* src, int32_t step, OrvSize roi, OrvPointPolar delta,
-                                                   int32_t threshold, int32_t length, int32_t gap) {
-  const HoughGrid g(roi, delta);
-  std::vector<float> cosine, sine;
-  float angle[2] = {0, delta.theta};
-  for (int i = 0; i < g.numAngle; ++i) {
-    cosine.push_back((float)(cos((double)angle[i % 2]) * (double)(1.0f / delta.rho)));
-    sine.push_back((float)(sin((double)angle[i % 2]) * (double)(1.0f / delta.rho)));
-    angle[i % 2] += 2 * delta.theta;
-  }
-  std::vector<int> votes((size_t)(g.numAngle * g.numRho)), mask((size_t)(roi.width * roi.height));
-  std::vector<OrvPoint> list;
-  forEachElement(roi, 1, [&](int y, int x) {
-    if (load(src, step, y, x)) mask[(size_t)(y * roi.width + x)] = 1, list.push_back({x, y});
-  });
-  const auto cell = [&](int i, int x, int y) -> int* {
-    const int r = (int)(cosine[(size_t)i] * (float)x + sine[(size_t)i] * (float)y) + g.center;
-    return r >= 0 && r < g.numRho ? &votes[(size_t)(i * g.numRho + r)] : nullptr;
-  };
-  std::vector<std::vector<int>> found;
-  uint64_t state = ~0ull;
-  for (; !list.empty(); list.pop_back()) {
-    state = (state >> 32) + (state & 0xFFFFFFFFu) * 0xF83F630Aull;
-    const size_t pick = (uint32_t)state % list.size();
-    const OrvPoint p = list[pick];
-    list[pick] = list.back();
-    if (!mask[(size_t)(p.y * roi.width + p.x)]) continue;
-    int best = -1, largest = threshold - 1;
-    for (int i = 0; i < g.numAngle; ++i)
-      if (int* const v = cell(i, p.x, p.y)) {
-        if (++*v > largest) largest = *v, best = i;
-      }
-    if (best < 0) continue;
-    const float a = cosine[(size_t)best], b = -sine[(size_t)best];
-    const bool mainX = fabsf(b) > fabsf(a);
-    const int dx = mainX ? (b > 0 ? 1 : -1) : (int)(b * 65536.0f / fabsf(a));
-    const int dy = mainX ? (int)(a * 65536.0f / fabsf(b)) : (a > 0 ? 1 : -1);
-    // visit(x, y, mask) until it says stop
-    const auto walk = [&](int sign, auto visit) {
-      for (int k = 0;; ++k) {
-        const int x = mainX ? p.x + sign * k * dx : (((p.x << 16) | 0x8000) + sign * k * dx) >> 16;
-        const int y = mainX ? (((p.y << 16) | 0x8000) + sign * k * dy) >> 16 : p.y + sign * k * dy;
-        if (x < 0 || y < 0 || x >= roi.width || y >= roi.height) return;
-        if (visit(x, y, mask[(size_t)(y * roi.width + x)])) return;
-      }
-    };
-    int end[4] = {};
-    for (int side = 0; side < 2; ++side) {
-      int missing = 0;
-      walk(side ? -1 : 1, [&](int x, int y, int& set) {
-        if (set) end[2 * side] = x, end[2 * side + 1] = y, missing = 0;
-        return !set && ++missing > gap;
-      });
-    }
-    const bool good = abs(end[2] - end[0]) >= length || abs(end[3] - end[1]) >= length;
-    for (int side = 0; side < 2; ++side)
-      walk(side ? -1 : 1, [&](int x, int y, int& set) {
-        for (int i = 0; i < g.numAngle && set && good; ++i)
-          if (int* const v = cell(i, x, y)) --*v;
-        set = 0;
-        return x == end[2 * side] && y == end[2 * side + 1];
-      });
-    if (good) found.push_back({end[0], end[1], end[2], end[3]});
-  }
-  return found;
 }
 
 }  // namespace reference
