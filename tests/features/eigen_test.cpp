@@ -41,7 +41,7 @@ void detector(const char* name, Function function, Size size,
               void (*plain)(const T*, int32_t, float*, int32_t, OrvSize, int, int, int, uint8_t*), int channels,
               int measured) {
   const Context context(name);
-  sweep(name, function, plain, {257, 261}, In<T>(), Out<float>(channels), Roi(), Options(size));
+  sweep(name, function, plain, {520, 257}, In<T>(), Out<float>(channels), Roi(), Options(size));
   sweep(name, function, plain, {1100, 3}, In<T>(), Out<float>(channels), Roi(), Options(size));
   std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
   order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});

@@ -122,7 +122,7 @@ TEST(regions) {
   for (int i = 0; i < (quick() ? 60 : 300); ++i) {
     const OrvSize size = {r.in(1, 40), r.in(1, 30)};
     FastNSetup setup = some(r, r.in(0, 3), size);
-    if (i % 2) setup.mode = 38;
+    if (i % 2) setup.mode = 38, setup.threshold = r.in(0, 12);
     check(r, setup, {r.in(-6, size.width + 1), r.in(-6, size.height + 1)}, {r.in(1, 30), r.in(1, 20)});
   }
 }
