@@ -2,55 +2,32 @@
 // One body serves both variants.
 #include <algorithm>
 #include "features/roles.h"
+#include "framework/vectors.h"
 #include "reference/pointwise.h"
 
 using namespace test;
 
 namespace {
 
-// The list of peaks and its count; the list has a random limit.
-struct Peaks {
-  std::vector<OrvPoint> list, expected;
-  int32_t most = 1, count = 0, expectedCount = 0;
-  bool nullFault = false;
-  void prepare(Random& r, const Shape& shape) {
-    most = r.one(3) ? r.in(1, 3) : shape.width * shape.height;
-    list.resize((size_t)most + 1), expected.resize(list.size());
-    reset(), expected = list;
-  }
-  std::tuple<OrvPoint*, int32_t, int32_t*> arguments(Side side) {
-    if (side == Side::reference) return {expected.data(), most, &expectedCount};
-    return {nullFault ? nullptr : list.data(), most, &count};
-  }
-  void spoil(Fault fault) { nullFault |= fault == Fault::null; }
-  void mend() { nullFault = false; }
-  void reset() { std::fill(list.begin(), list.end(), OrvPoint{-7, -7}), count = -7; }
-  bool untouched() const { return list[0].x == -7 && count == -7; }
-  void verify(int) const {
-    CHECK(count == expectedCount, "%d peaks, not %d", count, expectedCount);
-    for (size_t i = 0; i < list.size(); ++i)
-      if (list[i].x != expected[i].x || list[i].y != expected[i].y) return fail("peak %d differs", (int)i);
-  }
-};
-
+// The numbers of the peaks, as far as the list reaches, in an image of zeros.
 template <class T>
-void plainPeaks(const T* src, int32_t step, OrvSize roi, T threshold, OrvPoint* peak, int32_t most, int32_t* count,
+void plainPeaks(const T* src, int32_t step, OrvSize roi, T threshold, uint8_t* dst, int32_t dstStep, int32_t most,
                 int32_t norm, int32_t border, uint8_t*) {
-  *count = 0;
-  for (int y = border; y < roi.height - border; ++y)
-    for (int x = border; x < roi.width - border; ++x) {
-      const T v = reference::load(src, step, y, x);
-      T high = v, low = v;
-      for (int k = 0; k < 9; ++k) {
-        if (norm == 1 && k % 2 == 0) continue;
-        const T n = reference::load(src, step, y + k / 3 - 1, x + k % 3 - 1);
-        high = std::max(high, n), low = std::min(low, n);
-      }
-      const double distance = fabs((double)v - (double)(v > 0 ? high : low));
-      if (!(fabs((double)v) > (double)threshold) || !(distance <= (double)1.1754944e-38f)) continue;
-      peak[*count] = {x, y};
-      if (++*count == most) return;
+  int32_t count = 0;
+  reference::forEachElement(roi, 1, [&](int y, int x) {
+    reference::store(dst, dstStep, y, x, (uint8_t)0);
+    if (x < border || y < border || x >= roi.width - border || y >= roi.height - border || count == most) return;
+    const T v = reference::load(src, step, y, x);
+    T high = v, low = v;
+    for (int k = 0; k < 9; ++k) {
+      if (norm == 1 && k % 2 == 0) continue;
+      const T n = reference::load(src, step, y + k / 3 - 1, x + k % 3 - 1);
+      high = std::max(high, n), low = std::min(low, n);
     }
+    const double distance = fabs((double)v - (double)(v > 0 ? high : low));
+    if (!(fabs((double)v) > (double)threshold) || !(distance <= (double)1.1754944e-38f)) return;
+    reference::store(dst, dstStep, y, x, (uint8_t)(++count));
+  });
 }
 
 template <class T, class Function>
@@ -61,21 +38,29 @@ void checkPeaks(const char* name, Function function, std::vector<T> thresholds) 
     return orviFindPeaks3x3GetBufferSize_32s_C1R(roi.width, bytes);
   };
   // Regions too small for a border are refused, so it is lowered to what fits.
-  const auto fitting = [](auto f) {
-    return [=](const T* src, int32_t step, OrvSize roi, T t, OrvPoint* peak, int32_t most, int32_t* count, int32_t norm,
-               int32_t border, uint8_t* buffer) {
-      border = std::min({border, roi.width / 2, roi.height / 2});
-      if (border > 0) f(src, step, roi, t, peak, most, count, norm, border, buffer);
-      else *count = 0;
-      return orvStatusOk;
-    };
+  const auto numbered = [&](const T* src, int32_t step, OrvSize roi, T threshold, uint8_t* dst, int32_t dstStep,
+                            int32_t most, int32_t norm, int32_t border, uint8_t* buffer) {
+    border = std::min({border, roi.width / 2, roi.height / 2});
+    std::vector<OrvPoint> peak((size_t)most + 1, OrvPoint{-7, -7});
+    int32_t count = 0;
+    OrvStatus status = orvStatusOk;
+    if (border > 0) status = function(src, step, roi, threshold, peak.data(), most, &count, norm, border, buffer);
+    CHECK(count <= most && peak[(size_t)count].x == -7, "%d peaks", count);
+    for (int y = 0; y < roi.height; ++y) std::fill_n(rowOf(dst, dstStep, y), roi.width, uint8_t{0});
+    for (int32_t i = 0; i < count; ++i) rowOf(dst, dstStep, peak[(size_t)i].y)[peak[(size_t)i].x] = (uint8_t)(i + 1);
+    return status;
   };
-  sweep(name, fitting(function), fitting(plainPeaks<T>), {}, In<T>(), Roi(), Value<T>(thresholds), Peaks(),
+  const auto plain = [](const T* src, int32_t step, OrvSize roi, T threshold, uint8_t* dst, int32_t dstStep,
+                        int32_t most, int32_t norm, int32_t border, uint8_t* buffer) {
+    border = std::min({border, roi.width / 2, roi.height / 2});
+    plainPeaks(src, step, roi, threshold, dst, dstStep, border > 0 ? most : 0, norm, border, buffer);
+  };
+  sweep(name, numbered, plain, {}, In<T>(), Roi(), Value<T>(thresholds), Out<uint8_t>(), Value<int32_t>({1, 3, 2000}),
         Value<int32_t>({0, 1}), Value<int32_t>({1, 1, 2, 5}), Buffer(size));
-  std::vector<Told> order = pointersThenSizes({0, 3, 6}, 1);
+  std::vector<Told> order = pointersThenSizes({0, 3, 5, 8}, 1);
   order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::misalignedStep, 0}});
-  walkArguments(name, function, order, In<T>(), Roi(), Value<T>(thresholds), Peaks(), Value<int32_t>({0}),
-                Value<int32_t>({1}), Buffer(size));
+  walkArguments(name, function, order, In<T>(), Roi(), Value<T>(thresholds), Result<OrvPoint>(), Value<int32_t>({9}),
+                Result<int32_t>(), Value<int32_t>({0}), Value<int32_t>({1}), Buffer(size));
 }
 
 }  // namespace
@@ -98,7 +83,6 @@ TEST(peakArguments) {
   CHECK(find(9, 0, 2) == orvStatusOk && count == 0);
   for (const int32_t bad : {0, 3}) CHECK(find(9, 2, bad) == orvStatusSize);
   CHECK(find(0, 2, 1) == orvStatusSize && find(9, 2, 1) == orvStatusBadArg && find(9, -1, 1) == orvStatusBadArg);
-  CHECK(orviFindPeaks3x3_32f_C1R(image, 20, {5, 5}, 0, peak, 9, nullptr, 0, 1, buffer) == orvStatusNullPtr);
   CHECK(orviFindPeaks3x3GetBufferSize_32f_C1R(0, &bytes) == orvStatusSize && bytes == -1);
   CHECK(orviFindPeaks3x3GetBufferSize_32s_C1R(0, nullptr) == orvStatusNullPtr);
 }
