@@ -9,7 +9,7 @@ using namespace test;
 TEST(segments) {
   Random r(1);
   uint64_t print[3] = {};
-  for (int i = 0; i < 300; ++i) {
+  for (int i = 0; i < (quick() ? 40 : 200); ++i) {
     const OrvSize roi = {r.in(1, i % 10 ? 90 : 520), r.in(1, i % 10 ? 70 : 150)};
     OrvPointPolar delta = someDelta(r, roi);
     if (r.one(4)) delta.rho = 12000;  // one cell or none, and counts of 32 bits
@@ -43,8 +43,8 @@ TEST(segments) {
       }
     });
   }
-  for (int width = 0; width < widths(); ++width)
-    CHECK(print[width] == 0xb470ec3b2bb65522, "%#llx", (unsigned long long)print[width]);
+  const uint64_t told = quick() ? 0x9fd38fe217051d44 : 0x1994def7e53dad7a;
+  for (int width = 0; width < widths(); ++width) CHECK(print[width] == told, "%#llx", (unsigned long long)print[width]);
 }
 
 TEST(sizes) {
