@@ -1,5 +1,6 @@
 // Classifier stages against their plain form, on dense, sparse and cleared masks, in tables of exactly the needed size.
 // One body serves both variants.
+#include "detect/haar_cases.h"
 #include "detect/table_roles.h"
 #include "reference/haar.h"
 
@@ -35,18 +36,12 @@ reference::Stage<V> randomStage(Random& r, int features, bool tilt) {
   return s;
 }
 
-OrvHaarClassifier* make(const reference::Stage<int32_t>& s) {
+template <class V>
+OrvHaarClassifier* make(const reference::Stage<V>& s) {
   OrvHaarClassifier* state = nullptr;
-  orviHaarClassifierInitAlloc_32s(&state, s.rects.data(), s.weights.data(), s.thresholds.data(), s.below.data(),
-                                  s.above.data(), s.counts.data(), (int32_t)s.counts.size());
-  CHECK(orviTiltHaarFeatures_32s(s.tilted.data(), s.clockwise, state) == orvStatusOk);
-  return state;
-}
-OrvHaarClassifier* make(const reference::Stage<float>& s) {
-  OrvHaarClassifier* state = nullptr;
-  orviHaarClassifierInitAlloc_32f(&state, s.rects.data(), s.weights.data(), s.thresholds.data(), s.below.data(),
-                                  s.above.data(), s.counts.data(), (int32_t)s.counts.size());
-  CHECK(orviTiltHaarFeatures_32f(s.tilted.data(), s.clockwise, state) == orvStatusOk);
+  makeClassifier(false, &state, s.rects.data(), s.weights.data(), s.thresholds.data(), s.below.data(), s.above.data(),
+                 s.counts.data(), (int32_t)s.counts.size());
+  CHECK(tilt<V>(s.tilted.data(), s.clockwise, state) == orvStatusOk);
   return state;
 }
 
@@ -65,17 +60,17 @@ struct CascadeMask : ImageRole<uint8_t> {
   }
 };
 
-// The functions with the classifier first and the stage's threshold last, whatever their own order.
-template <class Form, class T, class V, class Function>
-void stages(const char* name, Function function, bool mixed, std::vector<int32_t> scales) {
+// Random stages. call(stage, table, step, tilted table, step, norm, step, ...) is made of a function's own order.
+template <class Form, class T, class V, class Call>
+void stages(const char* name, bool mixed, std::vector<int32_t> scales, Call call) {
   Random r(seed());
-  for (int i = 0; i < (quick() ? 3 : 12); ++i) {
+  for (int i = 0; i < (quick() ? 3 : 6); ++i) {
     const reference::Stage<V> s = randomStage<V>(r, i == 0 ? 0 : r.in(1, 9), mixed);
     OrvHaarClassifier* state = make(s);
     OrvSize size{};
-    (std::is_same<V, float>::value ? orviGetHaarClassifierSize_32f : orviGetHaarClassifierSize_32s)(state, &size);
+    sizeOf<V>(state, &size);
     const Larger<T> src(wild(In<T>()), mixed ? window : size.width, mixed ? window : size.height);
-    const Larger<T> tilt(wild(In<T>()), window + 1, window + 1);
+    const Larger<T> turned(wild(In<T>()), window + 1, window + 1);
     const V middle = i == 0 ? V(0) : (V)(s.below[0] + s.above[0]);
     const auto plain = [&](const T* image, int32_t step, const T* tilted, int32_t tiltedStep, const V* norm,
                            int32_t normStep, uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive,
@@ -83,46 +78,51 @@ void stages(const char* name, Function function, bool mixed, std::vector<int32_t
       reference::applyStage<Form>(s, image, step, mixed ? tilted : nullptr, tiltedStep, norm, normStep, mask, maskStep,
                                   roi, positive, threshold, -scale & 63);
     };
-    const auto called = [&](auto... argument) { return function(state, argument...); };
-    sweep(name, called, plain, {}, src, tilt, In<V>(), CascadeMask(), Roi(), Result<int32_t>(),
+    const auto called = [&](auto... argument) { return call(state, argument...); };
+    sweep(name, called, plain, {}, src, turned, In<V>(), CascadeMask(), Roi(), Result<int32_t>(),
           Value<V>({0, middle, (V)-100}), Value<int32_t>(scales));
-    (std::is_same<V, float>::value ? orviHaarClassifierFree_32f : orviHaarClassifierFree_32s)(state);
+    release<V>(state);
   }
 }
 
-// A function's arguments in the order of stages().
-#define PLAIN(function)                                                                                        \
-  [](const OrvHaarClassifier* state, auto* src, int32_t srcStep, auto*, int32_t, auto* norm, int32_t normStep, \
-     uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, auto threshold,                          \
-     int32_t) { return function(src, srcStep, norm, normStep, mask, maskStep, roi, positive, threshold, state); }
-#define MIXED(function, ...)                                                                                   \
-  [](const OrvHaarClassifier* state, auto* src, int32_t srcStep, auto* tilt, int32_t tiltStep, auto* norm,     \
-     int32_t normStep, uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, auto threshold,        \
-     int32_t scale) {                                                                                          \
-    (void)scale;                                                                                               \
-    return function(src, srcStep, tilt, tiltStep, norm, normStep, mask, maskStep, roi, positive, __VA_ARGS__); \
-  }
+// A function in the order of stages(); the tilted table and the scale of the others are left out.
+template <class Form, class T, class V, class Function>
+void plainStages(const char* name, Function function) {
+  stages<Form, T, V>(
+      name, false, {0},
+      [=](const OrvHaarClassifier* state, const T* src, int32_t srcStep, const T*, int32_t, const V* norm,
+          int32_t normStep, uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, V threshold,
+          int32_t) { return function(src, srcStep, norm, normStep, mask, maskStep, roi, positive, threshold, state); });
+}
 
 }  // namespace
 
 TEST(plain) {
-  stages<reference::Narrow, int32_t, int32_t>("orviApplyHaarClassifier_32s_C1RSfs",
-                                              PLAIN(orviApplyHaarClassifier_32s_C1RSfs), false, {0});
-  stages<reference::Narrow, int32_t, float>("orviApplyHaarClassifier_32s32f_C1R",
-                                            PLAIN(orviApplyHaarClassifier_32s32f_C1R), false, {0});
-  stages<reference::Narrow, float, float>("orviApplyHaarClassifier_32f_C1R", PLAIN(orviApplyHaarClassifier_32f_C1R),
-                                          false, {0});
+  using reference::Narrow;
+  plainStages<Narrow, int32_t, int32_t>("orviApplyHaarClassifier_32s_C1RSfs", orviApplyHaarClassifier_32s_C1RSfs);
+  plainStages<Narrow, int32_t, float>("orviApplyHaarClassifier_32s32f_C1R", orviApplyHaarClassifier_32s32f_C1R);
+  plainStages<Narrow, float, float>("orviApplyHaarClassifier_32f_C1R", orviApplyHaarClassifier_32f_C1R);
 }
 
 TEST(mixed) {
-  stages<reference::Wide, int32_t, int32_t>("orviApplyMixedHaarClassifier_32s_C1RSfs",
-                                            MIXED(orviApplyMixedHaarClassifier_32s_C1RSfs, threshold, state, scale),
-                                            true, {0, -1, -7, -31, -63, -65, INT32_MIN});
-  stages<reference::Narrow, int32_t, float>("orviApplyMixedHaarClassifier_32s32f_C1R",
-                                            MIXED(orviApplyMixedHaarClassifier_32s32f_C1R, state, threshold), true,
-                                            {0});
-  stages<reference::Narrow, float, float>("orviApplyMixedHaarClassifier_32f_C1R",
-                                          MIXED(orviApplyMixedHaarClassifier_32f_C1R, state, threshold), true, {0});
+  using State = const OrvHaarClassifier*;
+  const auto floats = [](auto function) {
+    return [=](State state, auto* src, int32_t srcStep, auto* turned, int32_t step, const float* norm, int32_t normStep,
+               uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, float threshold, int32_t) {
+      return function(src, srcStep, turned, step, norm, normStep, mask, maskStep, roi, positive, state, threshold);
+    };
+  };
+  stages<reference::Wide, int32_t, int32_t>(
+      "orviApplyMixedHaarClassifier_32s_C1RSfs", true, {0, -1, -7, -31, -63, -65, INT32_MIN},
+      [](State state, auto* src, int32_t srcStep, auto* turned, int32_t step, const int32_t* norm, int32_t normStep,
+         uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, int32_t threshold, int32_t scale) {
+        return orviApplyMixedHaarClassifier_32s_C1RSfs(src, srcStep, turned, step, norm, normStep, mask, maskStep, roi,
+                                                       positive, threshold, state, scale);
+      });
+  stages<reference::Narrow, int32_t, float>("orviApplyMixedHaarClassifier_32s32f_C1R", true, {0},
+                                            floats(orviApplyMixedHaarClassifier_32s32f_C1R));
+  stages<reference::Narrow, float, float>("orviApplyMixedHaarClassifier_32f_C1R", true, {0},
+                                          floats(orviApplyMixedHaarClassifier_32f_C1R));
 }
 
 // The order of the checks; the allocation comes last, and its failure leaves mask and count as they were.
@@ -153,7 +153,7 @@ TEST(checks) {
                                                    INT32_MIN, upright, scale);
   };
   CHECK(mixed(1, 1) == orvStatusBadArg && mixed(2, 1) == orvStatusStep && mixed(1, 0) == orvStatusOk && positive == 1);
-  orviHaarClassifierFree_32s(upright), orviHaarClassifierFree_32f(turned);
+  release<int32_t>(upright), release<float>(turned);
   CHECK(steeredLiveAllocations() == 0);
 }
 

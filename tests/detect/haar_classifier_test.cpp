@@ -1,9 +1,9 @@
 // Making, measuring, turning and releasing classifiers; their block, word by word.
 // One body serves both variants.
 #include <string.h>
+#include "detect/haar_cases.h"
 #include "framework/harness.h"
 #include "framework/steered_core.h"
-#include "framework/subject.h"
 
 using namespace test;
 
@@ -19,23 +19,10 @@ struct Arrays {
   int32_t counts[4] = {4, 2, 3, 1}, featureCount = 4;
 };
 
-// The functions of a type, by one name.
-OrvStatus make(OrvHaarClassifier** s, const Arrays<int32_t>& a, bool tilted) {
-  return (tilted ? orviTiltedHaarClassifierInitAlloc_32s : orviHaarClassifierInitAlloc_32s)(
-      s, a.rects, a.weights, a.thresholds, a.below, a.above, a.counts, a.featureCount);
+template <class V>
+OrvStatus make(OrvHaarClassifier** s, const Arrays<V>& a, bool tilted) {
+  return makeClassifier(tilted, s, a.rects, a.weights, a.thresholds, a.below, a.above, a.counts, a.featureCount);
 }
-OrvStatus make(OrvHaarClassifier** s, const Arrays<float>& a, bool tilted) {
-  return (tilted ? orviTiltedHaarClassifierInitAlloc_32f : orviHaarClassifierInitAlloc_32f)(
-      s, a.rects, a.weights, a.thresholds, a.below, a.above, a.counts, a.featureCount);
-}
-template <class V>
-constexpr bool isFloat = std::is_same<V, float>::value;
-template <class V>
-constexpr auto sizeOf = isFloat<V> ? orviGetHaarClassifierSize_32f : orviGetHaarClassifierSize_32s;
-template <class V>
-constexpr auto tilt = isFloat<V> ? orviTiltHaarFeatures_32f : orviTiltHaarFeatures_32s;
-template <class V>
-constexpr auto release = isFloat<V> ? orviHaarClassifierFree_32f : orviHaarClassifierFree_32s;
 
 // Compares 32-bit words of the block from a byte offset on.
 void expectWords(const OrvHaarClassifier* state, size_t offset, std::initializer_list<int32_t> expected) {

@@ -79,23 +79,3 @@ TEST(longRow) {
     }
   });
 }
-
-// Away from the sides a tilted table holds the pixels of a quadrant, counted directly; one row gives what is told.
-TEST(tiltedByCounting) {
-  Random r(seed());
-  constexpr int width = 21, height = 13, reach = 4;
-  uint8_t src[height][width + 1];
-  for (auto& row : src)
-    for (uint8_t& p : row) p = (uint8_t)r.next();
-  int32_t table[height + 2][width + 2];
-  orviTiltedIntegral_8u32s_C1R(src[0], width + 1, table[0], sizeof table[0], {width, height}, 0);
-  for (int y = 0; y < reach; ++y)
-    for (int x = reach + 1; x < width - reach; ++x) {
-      int32_t sum = 0;
-      for (int up = 0; up <= y; ++up)
-        for (int k = -up - 1; k <= up; ++k) sum += src[y - up][x + k];
-      CHECK(table[y + 2][x] == sum, "row %d, column %d", y, x);
-    }
-  orviTiltedIntegral_8u32s_C1R(src[0], width + 1, table[0], sizeof table[0], {1, 1}, 5);
-  CHECK(table[2][0] == 5 && table[2][1] == src[0][0] + 5 && table[2][2] == 5);
-}

@@ -1,4 +1,4 @@
-// Deviations in a rectangle against their plain forms, on random tables and on those of images.
+// Deviations in a rectangle against their plain forms.
 // One body serves both variants.
 #include "detect/table_roles.h"
 #include "reference/integral.h"
@@ -31,56 +31,23 @@ void deviations(const char* name, Function function, Plain plain, bool tilted, L
                 tableFor<Q>(rect, tilted, false), Out<D>(), Roi(), Value<OrvRect>({rect}), last...);
 }
 
+template <bool tilted, class Integers, class Mixed, class Floats>
+void allTypes(const std::string& name, Integers integers, Mixed mixed, Floats floats) {
+  const Value<int32_t> scale({0, 1, -1, 3, -9, 31, -31, 33, -64});
+  deviations<int32_t, int32_t, int32_t>((name + "_32s_C1RSfs").c_str(), integers, reference::integerDeviation<tilted>,
+                                        tilted, scale);
+  deviations<int32_t, double, float>((name + "_32s32f_C1R").c_str(), mixed, reference::floatDeviation<tilted, int32_t>,
+                                     tilted);
+  deviations<float, double, float>((name + "_32f_C1R").c_str(), floats, reference::floatDeviation<tilted, float>,
+                                   tilted);
+}
+
 }  // namespace
 
-TEST(upright) {
-  const Value<int32_t> scale({0, 1, -1, 3, -9, 31, -31, 33, -64});
-  deviations<int32_t, int32_t, int32_t>("orviRectStdDev_32s_C1RSfs", orviRectStdDev_32s_C1RSfs,
-                                        reference::integerDeviation<false>, false, scale);
-  deviations<int32_t, double, float>("orviRectStdDev_32s32f_C1R", orviRectStdDev_32s32f_C1R,
-                                     reference::floatDeviation<false, int32_t>, false);
-  deviations<float, double, float>("orviRectStdDev_32f_C1R", orviRectStdDev_32f_C1R,
-                                   reference::floatDeviation<false, float>, false);
-}
-
-TEST(tilted) {
-  const Value<int32_t> scale({0, 1, -1, 3, -9, 31, -31, 33, -64});
-  deviations<int32_t, int32_t, int32_t>("orviTiltedRectStdDev_32s_C1RSfs", orviTiltedRectStdDev_32s_C1RSfs,
-                                        reference::integerDeviation<true>, true, scale);
-  deviations<int32_t, double, float>("orviTiltedRectStdDev_32s32f_C1R", orviTiltedRectStdDev_32s32f_C1R,
-                                     reference::floatDeviation<true, int32_t>, true);
-  deviations<float, double, float>("orviTiltedRectStdDev_32f_C1R", orviTiltedRectStdDev_32f_C1R,
-                                   reference::floatDeviation<true, float>, true);
-}
-
-// Over the tables of an image the result is the deviation of its pixels; a flat image gives 0 and never a NaN.
-TEST(ofAnImage) {
-  Random r(seed());
-  constexpr int size = 40;
-  const OrvRect rect{2, 1, 9, 7};
-  for (const bool flat : {true, false}) {
-    uint8_t src[size][size];
-    for (auto& row : src)
-      for (uint8_t& p : row) p = (uint8_t)(flat ? 251 : r.in(0, 255));
-    int32_t sums[size + 1][size + 1];
-    double squares[size + 1][size + 1];
-    float dst[30][29];
-    orviSqrIntegral_8u32s64f_C1R(src[0], size, sums[0], sizeof sums[0], squares[0], sizeof squares[0], {size, size}, 0,
-                                 0);
-    orviRectStdDev_32s32f_C1R(sums[0], sizeof sums[0], squares[0], sizeof squares[0], dst[0], sizeof dst[0], {29, 30},
-                              rect);
-    for (int y = 0; y < 30; ++y)
-      for (int x = 0; x < 29; ++x) {
-        double sum = 0, square = 0;
-        for (int v = 0; v < rect.height; ++v)
-          for (int u = 0; u < rect.width; ++u) {
-            const double p = src[y + rect.y + v][x + rect.x + u];
-            sum += p, square += p * p;
-          }
-        const double n = rect.width * rect.height, mean = sum / n, expected = sqrt(fmax(0, square / n - mean * mean));
-        CHECK(fabs(dst[y][x] - expected) <= (flat ? 0.1 : 1e-3), "%d, %d: %g, not %g", y, x, dst[y][x], expected);
-      }
-  }
+TEST(deviations) {
+  allTypes<false>("orviRectStdDev", orviRectStdDev_32s_C1RSfs, orviRectStdDev_32s32f_C1R, orviRectStdDev_32f_C1R);
+  allTypes<true>("orviTiltedRectStdDev", orviTiltedRectStdDev_32s_C1RSfs, orviTiltedRectStdDev_32s32f_C1R,
+                 orviTiltedRectStdDev_32f_C1R);
 }
 
 // The step is tested against the rectangle's reach before the rectangle itself is looked at.

@@ -1,53 +1,23 @@
 // Canny edges of images against their plain form; sizes and statuses.
 #include <algorithm>
-#include "features/roles.h"
+#include "features/planned.h"
 #include "reference/canny.h"
 
 using namespace test;
 
 TEST(images) {
-  Random r(seed());
-  const struct {
-    OrvFilterKernel filter;
-    OrvMaskSize mask;
-    reference::GradientForm form;
-  } forms[] = {{orvFilterKernelSobel, orvMaskSize3x3, reference::GradientForm::sobel3},
-               {orvFilterKernelScharr, orvMaskSize3x3, reference::GradientForm::scharr3},
-               {orvFilterKernelSobel, orvMaskSize5x5, reference::GradientForm::sobel5}};
+  reference::FilterPlan plan;
+  const auto edges = [](const uint8_t* src, int32_t step, reference::FilterPlan p, uint8_t* dst, int32_t dstStep,
+                        OrvSize roi, float low, float high, int32_t norm, uint8_t* buffer) {
+    return orviCannyBorder_8u_C1R(src, step, dst, dstStep, roi, p.filter, p.mask, p.border, (uint8_t)p.value, low, high,
+                                  norm, buffer);
+  };
   for (int i = 0; i < (quick() ? 1 : 3); ++i)
-    for (const Shape& shape : shapes({600, 40})) {
-      const auto& f = forms[r.in(0, 2)];
-      const int kinds[] = {orvBorderConst, orvBorderRepl, orvBorderInMem},
-                border = kinds[r.in(0, 2)] + r.in(0, 15) * 16;
-      const auto side = [&](int flag) { return border & flag ? f.mask / 22 : 0; };
-      const bool squared = r.one(2);
-      const float low = (float)r.in(0, 900) * .7f, high = low + (float)(r.one(3) ? 0 : r.in(0, 900));
-      const OrvSize roi = {shape.width, shape.height};
-      const Context context(detail::describe("orviCannyBorder_8u_C1R", shape) + " mask " + std::to_string(f.mask) +
-                            " filter " + std::to_string(f.filter) + " border " + std::to_string(border));
-      Image<uint8_t> src(
-          r, roi.width, roi.height, 1,
-          {side(orvBorderInMemLeft), side(orvBorderInMemTop), side(orvBorderInMemRight), side(orvBorderInMemBottom)});
-      Image<uint8_t> dst(r, roi.width, roi.height, 1);
-      src.fill(r, false);
-      std::vector<uint8_t> expected((size_t)(roi.width * roi.height));
-      const auto value = (uint8_t)r.in(0, 255);
-      reference::cannyImage(src.data(), src.step(), expected.data(), roi.width, roi, f.form, border, value, low, high,
-                            squared);
-      Scratch buffer([&](OrvSize s, int32_t* bytes) { return orviCannyBorderGetSize(s, 7, f.mask, 9, bytes); });
-      buffer.prepare(r, shape), buffer.reset();
-      forEachSetting(false, [&] {
-        dst.restore();
-        const OrvStatus status =
-            orviCannyBorder_8u_C1R(src.data(), src.step(), dst.data(), dst.step(), roi, f.filter, f.mask, border, value,
-                                   low, high, squared ? orvNormL2 : orvNormL1, buffer.memory->data());
-        CHECK(status == orvStatusOk && src.unchanged() && dst.onlyRegionChanged());
-        buffer.verify(0);
-        for (int k = 0; k < roi.width * roi.height; ++k)
-          if (dst.at(k % roi.width, k / roi.width) != expected[(size_t)k])
-            return fail("column %d of row %d is not %d", k % roi.width, k / roi.width, expected[(size_t)k]);
-      });
-    }
+    sweep("orviCannyBorder_8u_C1R", edges, reference::cannyImage, {600, 40}, Planned<uint8_t>(&plan, true),
+          Out<uint8_t>(), Roi(),
+          Thresholds({{0, 0}, {0, 99.9f}, {30.7f, 30.7f}, {77, 400}, {150.5f, 300}, {250, 250}, {500, 900.3f}}),
+          Value<int32_t>({orvNormL1, orvNormL2}),
+          Scratch([&](OrvSize s, int32_t* bytes) { return orviCannyBorderGetSize(s, 7, plan.mask, 9, bytes); }));
 }
 
 TEST(borderSizes) {

@@ -1,6 +1,6 @@
 // Eigenvalues and eigenvectors of the structure tensor against their definitions; sizes and statuses.
 // One body serves both variants.
-#include "framework/sweep.h"
+#include "features/roles.h"
 #include "reference/tensor.h"
 #ifdef ORV_VARIANT
 #include "filter/names.h"  // sizes are made of those of filters
@@ -10,168 +10,82 @@ using namespace test;
 
 namespace {
 
-template <class T>
-struct Arguments {
-  const T* src;
-  int32_t srcStep;
-  float* dst;
-  int32_t dstStep;
-  OrvSize roi;
-  int32_t kernel, aperture, window;
-  uint8_t* buffer;
-};
-
-// A function, its size function, floats of a result.
-template <class T>
-struct Detector {
-  const char* name;
-  OrvStatus (*call)(const T*, int32_t, float*, int32_t, OrvSize, int32_t, int32_t, int32_t, uint8_t*);
-  OrvStatus (*size)(OrvSize, int32_t, int32_t, int32_t*);
-  int channels, measured;  // what dstStep is measured against
-  OrvStatus run(const Arguments<T>& a) const {
-    return call(a.src, a.srcStep, a.dst, a.dstStep, a.roi, a.kernel, a.aperture, a.window, a.buffer);
+// Kernel, aperture and window, and the scratch that they take.
+struct Options : Scratch {
+  int32_t kernel = orvKernelSobel, aperture = 3, window = 5;
+  OrvStatus (*report)(OrvSize, int32_t, int32_t, int32_t*);
+  explicit Options(OrvStatus (*told)(OrvSize, int32_t, int32_t, int32_t*)) : Scratch(nullptr), report(told) {}
+  void prepare(Random& r, const Shape& shape) {
+    Scratch::prepare(r, shape);
+    kernel = r.one(3) ? orvKernelScharr : orvKernelSobel;
+    aperture = kernel == orvKernelSobel && r.one(2) ? 5 : 3;
+    window = r.one(2) ? 5 : 3;
+    size = [f = report, a = aperture, w = window](OrvSize s, int32_t* bytes) { return f(s, a, w, bytes); };
+  }
+  std::tuple<int32_t, int32_t, int32_t, uint8_t*> arguments(Side side) {
+    return {kernel, aperture, window, std::get<0>(Scratch::arguments(side))};
   }
 };
-#define DETECTOR(name, type, channels, measured) \
-  { #name "_" #type, orvi##name##_##type##_C1R, orvi##name##GetBufferSize_##type##_C1R, channels, measured }
-const Detector<uint8_t> ofBytes[] = {DETECTOR(MinEigenVal, 8u32f, 1, 1), DETECTOR(EigenValsVecs, 8u32f, 6, 6)};
-const Detector<float> ofFloats[] = {DETECTOR(MinEigenVal, 32f, 1, 1), DETECTOR(EigenValsVecs, 32f, 6, 1)};
 
-template <class T>
-void check(Random& r, const Detector<T>& detector, const Shape& shape, int kernel, int aperture, int window) {
-  const OrvSize roi = {shape.width, shape.height};
-  const bool scharr = kernel == orvKernelScharr;
-  const Context context(std::string(detector.name) + " " + std::to_string(roi.width) + "x" +
-                        std::to_string(roi.height) + " kernel " + std::to_string(kernel) + " aperture " +
-                        std::to_string(aperture) + " window " + std::to_string(window));
-  Image<T> src(r, roi.width, roi.height, 1);
-  Image<float> dst(r, roi.width, roi.height, detector.channels);
-  src.fill(r, false);
-  const auto tensor = reference::eigenTensor(src.data(), src.step(), roi, scharr, aperture, window);
-  const float scale = 1.0f / (float)(255 << (2 * aperture - 2)), s = scharr ? scale * 0.6125f : scale;
-  std::vector<float> want;
-  for (int y = 0; y < roi.height; ++y)
-    for (int x = 0; x < roi.width; ++x) {
-      float a, b, c, record[6];
-      tensor.means(x, y, &a, &b, &c);
-      if (detector.channels == 1) record[0] = reference::smallerEigenvalue(a, b, c, s);
-      else reference::eigenRecord(a, b, c, s, scharr, record);
-      want.insert(want.end(), record, record + detector.channels);
-    }
-  forEachSetting(shape.threaded, [&] {
-    int32_t bytes = 0;
-    CHECK(detector.size(roi, aperture, window, &bytes) == orvStatusOk);
-    const Guarded buffer((size_t)bytes, !r.one(4), (size_t)r.in(0, 70));
-    dst.restore();
-    CHECK(detector.run({src.data(), src.step(), dst.data(), dst.step(), roi, kernel, aperture, window,
-                        buffer.data()}) == orvStatusOk);
-    CHECK(buffer.intact() && src.unchanged() && dst.onlyRegionChanged(), "written outside");
-    for (size_t i = 0; i < want.size(); ++i) {
-      const int x = (int)i % dst.elements(), y = (int)i / dst.elements();
-      if (!same(dst.at(x, y), want[i]))
-        return fail("%.9g at element %d of row %d, not %.9g", dst.at(x, y), x, y, want[i]);
-    }
-  });
-}
+// A function with the floats of a result. `measured`: against how many of them dstStep is.
+template <class T, class Function, class Size>
+void detector(const char* name, Function function, Size size,
+              void (*plain)(const T*, int32_t, float*, int32_t, OrvSize, int, int, int, uint8_t*), int channels,
+              int measured) {
+  const Context context(name);
+  sweep(name, function, plain, {520, 257}, In<T>(), Out<float>(channels), Roi(), Options(size));
+  sweep(name, function, plain, {1100, 3}, In<T>(), Out<float>(channels), Roi(), Options(size));
+  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
+  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});
+  if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 0});
+  order.push_back({Fault::misalignedStep, 1});
+  walkArguments(name, function, order, In<T>(), Out<float>(measured), Roi(), Options(size));
 
-template <class T>
-void sweepDetector(const Detector<T>& detector) {
-  Random r(seed());
-  const auto some = [&](const Shape& shape) {
-    const int kernel = r.in(0, 2) == 0 ? orvKernelScharr : orvKernelSobel;
-    check(r, detector, shape, kernel, kernel == orvKernelSobel && r.one(2) ? 5 : 3, r.one(2) ? 5 : 3);
-  };
-  for (const Shape& shape : shapes()) some(shape);
-  some({1100, 3});
-  for (const int kernel : {orvKernelSobel, orvKernelScharr}) check(r, detector, {257, 261, true}, kernel, 3, 5);
+  const struct {
+    int32_t dstStep, kernel, aperture, window;
+    OrvStatus status;
+  } rows[] = {{26, 2, 4, 7, orvStatusStepAlign},
+              {24, 2, 4, 7, orvStatusBadArg},
+              {24, orvKernelSobel, 4, 3, orvStatusSize},
+              {24, orvKernelSobel, 5, 7, orvStatusSize},
+              {24, orvKernelScharr, 5, 3, orvStatusSize}};
+  T pixel = 0;
+  float record = 7;
+  uint8_t buffer[1];
+  for (const auto& row : rows)
+    CHECK(function(&pixel, 4, &record, row.dstStep, OrvSize{1, 1}, row.kernel, row.aperture, row.window, buffer) ==
+              row.status &&
+          record == 7);
+  int32_t bytes = -7;
+  CHECK(size({0, 1}, 7, 1, nullptr) == orvStatusNullPtr && size({0, 1}, 3, 3, &bytes) == orvStatusSize);
+  CHECK(size({1, -1}, 3, 3, &bytes) == orvStatusSize && size({1, 1}, 7, 3, &bytes) == orvStatusSize);
+  CHECK(size({1, 1}, 3, 1, &bytes) == orvStatusSize && bytes == -7);
 }
+#define DETECTOR(name, type, T, records, channels, measured)                                                    \
+  detector<T>("orvi" #name "_" #type "_C1R", orvi##name##_##type##_C1R, orvi##name##GetBufferSize_##type##_C1R, \
+              reference::eigen<records, T>, channels, measured)
 
 }  // namespace
 
-TEST(bytes) {
-  for (const auto& detector : ofBytes) sweepDetector(detector);
-}
-TEST(floats) {
-  for (const auto& detector : ofFloats) sweepDetector(detector);
-}
-
-// A bright quarter below and to the right: the gradient at its corner points there, along (1, 1).
-TEST(directions) {
-  std::vector<uint8_t> image(40 * 40), buffer(1 << 17);
-  std::vector<float> records(6 * 40 * 40);
-  for (int i = 0; i < 40 * 40; ++i) image[(size_t)i] = i % 40 < 20 || i / 40 < 20 ? 50 : 200;
-  for (const int kernel : {orvKernelSobel, orvKernelScharr}) {
-    CHECK(orviEigenValsVecs_8u32f_C1R(image.data(), 40, records.data(), 960, {40, 40}, kernel, 3, 3, buffer.data()) ==
-          0);
-    const float* const v = &records[6 * (40 * 20 + 20)];
-    CHECK(v[0] >= v[1] && v[1] > 0 && fabsf(v[2] - v[3]) < 1e-5f && fabsf(fabsf(v[2]) - 0.70710678f) < 1e-5f &&
-              fabsf(v[4] + v[5]) < 1e-5f,
-          "values %g %g, vectors %g %g, %g %g", v[0], v[1], v[2], v[3], v[4], v[5]);
-  }
+TEST(detectors) {
+  DETECTOR(MinEigenVal, 8u32f, uint8_t, false, 1, 1);
+  DETECTOR(MinEigenVal, 32f, float, false, 1, 1);
+  DETECTOR(EigenValsVecs, 8u32f, uint8_t, true, 6, 6);
+  DETECTOR(EigenValsVecs, 32f, float, true, 6, 1);
 }
 
 // 100 x 50 on one thread: 112 * 50 pixels of 16 or 20 bytes, 224, and the filter that needs most.
 TEST(sizes) {
   steerThreads(1);
-  int32_t bytes = 0, lowpass = 0;
+  int32_t bytes = 0, lowpass = 0, sobel = 0;
   for (const auto size : {orviMinEigenValGetBufferSize_8u32f_C1R, orviEigenValsVecsGetBufferSize_8u32f_C1R}) {
     CHECK(size({100, 50}, 3, 3, &bytes) == 0 && bytes == 89600 + 224 + 10768, "%d", (int)bytes);
     steerThreads(3);  // the Sobel filter, with its own count of threads, times threads
     CHECK(size({100, 50}, 5, 3, &bytes) == 0 && orviFilterLowpassGetBufferSize_32f_C1R({100, 50}, 33, &lowpass) == 0);
-    int32_t sobel = 0;
     orviFilterSobelCrossGetBufferSize_8u16s_C1R({100, 50}, 55, &sobel);
     CHECK(bytes == 89600 + 224 + 3 * (sobel + 32) && sobel > lowpass / 3, "%d", (int)bytes);
     steerThreads(1);
   }
   for (const auto size : {orviMinEigenValGetBufferSize_32f_C1R, orviEigenValsVecsGetBufferSize_32f_C1R})
     CHECK(size({100, 50}, 5, 5, &bytes) == 0 && bytes == 112000 + 224 + 12944, "%d", (int)bytes);
-}
-
-namespace {
-
-template <class T>
-void walk(const Detector<T>& detector) {
-  using A = Arguments<T>;
-  const Context context(detector.name);
-  Random r(seed());
-  Image<T> src(r, 9, 7, 1);
-  Image<float> dst(r, 9, 7, detector.channels);
-  const Guarded buffer(1 << 15, true, 0);
-  std::vector<Check<A>> checks = {{"src", orvStatusNullPtr, [](A& a) { a.src = nullptr; }},
-                                  {"dst", orvStatusNullPtr, [](A& a) { a.dst = nullptr; }},
-                                  {"buffer", orvStatusNullPtr, [](A& a) { a.buffer = nullptr; }},
-                                  {"width", orvStatusSize, [](A& a) { a.roi.width = 0; }},
-                                  {"height", orvStatusSize, [](A& a) { a.roi.height = 0; }},
-                                  {"srcStep", orvStatusStep, [](A& a) { a.srcStep = 9 * (int32_t)sizeof(T) - 1; }},
-                                  {"dstStep", orvStatusStep, [&](A& a) { a.dstStep = 36 * detector.measured - 1; }},
-                                  {"dst alignment", orvStatusStepAlign, [](A& a) { a.dstStep += 2; }},
-                                  {"kernel", orvStatusBadArg, [](A& a) { a.kernel = 2; }},
-                                  {"aperture", orvStatusSize, [](A& a) { a.aperture = 4; }},
-                                  {"window", orvStatusSize, [](A& a) { a.window = 7; }}};
-  if (sizeof(T) > 1)
-    checks.insert(checks.begin() + 7, {"src alignment", orvStatusStepAlign, [](A& a) { a.srcStep += 1; }});
-  const A valid = {src.data(), src.step(), dst.data(), dst.step(), {9, 7}, orvKernelSobel, 5, 3, buffer.data()};
-  walkChecks<A>(
-      valid, checks, [&](A& a) { return detector.run(a); }, [&] { return dst.unchanged(); });
-  A scharr = valid;
-  scharr.kernel = orvKernelScharr;
-  CHECK(detector.run(scharr) == orvStatusSize);
-
-  int32_t bytes = -7;
-  walkChecks<A>(
-      valid,
-      {{"bufferSize", orvStatusNullPtr, [](A& a) { a.buffer = nullptr; }},
-       {"width", orvStatusSize, [](A& a) { a.roi.width = -1; }},
-       {"height", orvStatusSize, [](A& a) { a.roi.height = 0; }},
-       {"aperture", orvStatusSize, [](A& a) { a.aperture = 7; }},
-       {"window", orvStatusSize, [](A& a) { a.window = 1; }}},
-      [&](A& a) { return detector.size(a.roi, a.aperture, a.window, a.buffer ? &bytes : nullptr); },
-      [&] { return bytes == -7; });
-}
-
-}  // namespace
-
-TEST(statuses) {
-  for (const auto& detector : ofBytes) walk(detector);
-  for (const auto& detector : ofFloats) walk(detector);
 }

@@ -1,5 +1,5 @@
 // FastN against the plain walk along the ring: all rings and arcs, modes, clipped regions; lists, sizes, statuses.
-#include "framework/sweep.h"
+#include "features/roles.h"
 #include "reference/fastn.h"
 
 using namespace test;
@@ -75,18 +75,16 @@ int check(Random& r, const FastNSetup& setup, OrvPoint offset, OrvSize roi) {
                                               score.step(), &count, offset, roi, state.memory.data(), buffer.data());
     CHECK(status == (whole ? orvStatusOk : orvStatusRoiClippedWarn), "status %d", (int)status);
     CHECK(count == want, "%d corners, not %d", (int)count, want);
-    CHECK(buffer.intact() && src.unchanged(), "written outside");
-    CHECK(!(nothing || !(setup.mode & orvFastNScore)) || score.unchanged(), "scores written");
-    // The results, then what was there before: nothing else may have changed.
-    for (int i = 0; !nothing && i < region.width * region.height; ++i) {
-      const int x = i % region.width, y = i / region.width;
-      if (corner.at(x, y) != corners[(size_t)i])
-        return fail("corner %d at %d %d, not %d", corner.at(x, y), x, y, corners[(size_t)i]);
-      if (setup.mode & orvFastNScore && score.at(x, y) != scores[(size_t)i])
-        return fail("score %d at %d %d, not %d", score.at(x, y), x, y, scores[(size_t)i]);
-      corner.set(x, y, before), score.set(x, y, before);
+    CHECK(buffer.intact() && src.unchanged() && corner.onlyRegionChanged() && score.onlyRegionChanged());
+    // The results, and around them what was there before.
+    for (int i = 0; i < roi.width * roi.height; ++i) {
+      const int x = i % roi.width, y = i / roi.width;
+      const bool inside = !nothing && x < region.width && y < region.height, scored = setup.mode & orvFastNScore;
+      const auto at = (size_t)(y * region.width + x);
+      if (corner.at(x, y) != (inside ? corners[at] : before)) return fail("corner %d at %d %d", corner.at(x, y), x, y);
+      if (score.at(x, y) != (inside && scored ? scores[at] : before))
+        return fail("score %d at %d %d", score.at(x, y), x, y);
     }
-    CHECK(corner.unchanged() && (score.unchanged() || !(setup.mode & orvFastNScore)), "written outside the region");
   });
   return want;
 }
@@ -94,7 +92,7 @@ int check(Random& r, const FastNSetup& setup, OrvPoint offset, OrvSize roi) {
 FastNSetup some(Random& r, int ring, OrvSize image) {
   const int n = points[ring];
   return {image,       radii[ring],       r.one(2) ? n / 2 + 1 : r.in(n / 2 + 1, n - 1),
-          r.in(1, 64), modes[r.in(0, 5)], r.one(4) ? r.in(0, 254) : r.in(0, 30)};
+          r.in(1, 64), modes[r.in(0, 5)], r.one(4) ? r.in(0, 260) : r.one(30) ? INT32_MAX : r.in(0, 30)};
 }
 
 }  // namespace
@@ -108,8 +106,7 @@ TEST(wholeImages) {
       check(r, some(r, ring, {edge - 1 + width, edge - 1 + r.in(0, 9)}), {0, 0}, {edge - 1 + width, edge + 9});
     for (const int width : {31, 33, 63, 64, 65, 131}) {
       const OrvSize size = {edge + width, edge + 6};
-      const int n = check(r, some(r, ring, size), {0, 0}, size);
-      found += n;
+      found += check(r, some(r, ring, size), {0, 0}, size);
     }
     for (int arc = points[ring] / 2 + 1; arc < points[ring]; ++arc) {
       const OrvSize size = {edge + 17, edge + 5};
@@ -125,180 +122,131 @@ TEST(regions) {
   for (int i = 0; i < (quick() ? 60 : 300); ++i) {
     const OrvSize size = {r.in(1, 40), r.in(1, 30)};
     FastNSetup setup = some(r, r.in(0, 3), size);
-    if (i % 2) setup.mode = 38;
+    if (i % 2) setup.mode = 38, setup.threshold = r.in(0, 12);
     check(r, setup, {r.in(-6, size.width + 1), r.in(-6, size.height + 1)}, {r.in(1, 30), r.in(1, 20)});
   }
 }
 
-// Dark dots, one pixel or two, on a bright field: every ring is brighter all round; equal neighbours stay both.
-TEST(knownImages) {
-  Random r(seed());
-  const FastNSetup setup = {{40, 30}, 3, 9, 64, 38, 10};
-  const State state(r, setup, 10.9f);
-  std::vector<uint8_t> image(40 * 30, 100), corner(40 * 30), score(40 * 30), buffer(6 * 42 + 624);
-  const auto run = [&] {
-    int32_t count = -1;
-    CHECK(orviFastN_8u_C1R(image.data(), 40, corner.data(), 40, score.data(), 40, &count, {0, 0}, setup.image,
-                           state.memory.data(), buffer.data()) == orvStatusOk);
-    return count;
-  };
-  CHECK(run() == 0, "a flat image");
-  image[15 * 40 + 10] = 90;
-  CHECK(run() == 0, "a difference of the threshold itself is neutral");
-  image[15 * 40 + 10] = image[15 * 40 + 11] = 40;
-  CHECK(run() == 2 && corner[15 * 40 + 10] == 64 && score[15 * 40 + 11] == 60, "equal neighbours");
-  image[15 * 40 + 11] = 39;
-  CHECK(run() == 1 && corner[15 * 40 + 11] == 64 && score[15 * 40 + 10] == 0, "the stronger one");
-  image[15 * 40 + 11] = 100, image[15 * 40 + 10] = 255;
-  CHECK(run() == 1 && corner[15 * 40 + 10] == 128 && score[15 * 40 + 10] == 155);
-  const State blind(r, setup, 3e9f);
-  int32_t count = -1;
-  CHECK(orviFastN_8u_C1R(image.data(), 40, corner.data(), 40, score.data(), 40, &count, {0, 0}, setup.image,
-                         blind.memory.data(), buffer.data()) == 0 &&
-        count == 0 && corner[15 * 40 + 10] == 0);
-}
-
+// All corners in the order of scanning, as far as the list reaches. A full list ends its row, and in the next row
+// counting begins behind the column of the last one listed.
 TEST(lists) {
   Random r(seed());
   for (int i = 0; i < 200; ++i) {
     const FastNSetup setup = {{9, 9}, 1, 5, i % 3 ? r.in(1, 64) : 40, modes[r.in(0, 5)], 1};
+    const bool oriented = setup.mode & orvFastNOrientation, scored = setup.mode & orvFastNScore;
     const OrvSize size = {r.in(1, 20), r.in(1, 6)};
     const State state(r, setup, 1);
     Image<uint8_t> corner(r, size.width, size.height, 1), score(r, size.width, size.height, 1);
-    for (int k = 0; k < size.width * size.height; ++k)
-      corner.set(k % size.width, k / size.width, (uint8_t)(r.one(i % 5 + 1) ? r.in(64, 255) : 0));
-    const int most = r.one(4) ? 0 : r.in(0, 12);
-    std::vector<OrvCornerFastN> want;
-    int number = 0, column = 0;
-    for (int y = 0; y < size.height; ++y) {
-      const int from = column;
-      const bool storing = (int)want.size() < most;
-      column = 0;
-      for (int x = from; x < size.width; ++x) {
-        const int byte = corner.at(x, y);
-        if (byte == 0) continue;
-        ++number;
-        if (!storing) continue;
-        const bool oriented = setup.mode & 1, scored = setup.mode & 32;
-        want.push_back({x, y, byte / 128, oriented ? byte % 64 : -1,
-                        oriented ? (float)(byte % 64) * (360.0f / (float)setup.bins) : -1,
-                        scored ? (float)score.at(x, y) : -1});
-        if ((int)want.size() < most) continue;
-        column = x + 1;
-        break;
-      }
+    std::vector<OrvCornerFastN> all;
+    for (int k = 0; k < size.width * size.height; ++k) {
+      const int x = k % size.width, y = k / size.width, byte = r.one(i % 5 + 1) ? r.in(64, 255) : 0, bin = byte % 64;
+      corner.set(x, y, (uint8_t)byte);
+      if (byte)
+        all.push_back({x, y, byte / 128, oriented ? bin : -1, oriented ? (float)bin * (360.0f / (float)setup.bins) : -1,
+                       scored ? (float)score.at(x, y) : -1});
     }
-    const Guarded list(sizeof(OrvCornerFastN) * want.size() + 1, true, 0);  // no byte more than the corners need
+    const size_t most = r.one(4) ? 0 : (size_t)r.in(0, 12), listed = std::min(most, all.size());
+    int number = (int)listed;
+    for (size_t k = listed; k < all.size(); ++k) {
+      const OrvCornerFastN &c = all[k], &last = all[listed > 0 ? listed - 1 : 0];
+      number += listed == 0 || c.y > last.y + 1 || (c.y == last.y + 1 && c.x > last.x);
+    }
+    const Guarded list(sizeof(OrvCornerFastN) * listed + 1, true, 0);  // no byte more than the corners need
     int32_t count = -1;
     CHECK(orviFastN2DToVec_8u(corner.data(), corner.step(), score.data(), score.step(),
-                              (OrvCornerFastN*)(void*)list.data(), size, most, &count, state.memory.data()) == 0);
-    want.push_back({});  // so that there is a place to compare
-    CHECK(count == number && memcmp(list.data(), want.data(), sizeof(OrvCornerFastN) * (want.size() - 1)) == 0,
+                              (OrvCornerFastN*)(void*)list.data(), size, (int)most, &count, state.memory.data()) == 0);
+    all.push_back({});  // so that there is a place to compare
+    CHECK(count == number && memcmp(list.data(), all.data(), sizeof(OrvCornerFastN) * listed) == 0,
           "%d by %d, %d corners, not %d", size.width, size.height, (int)count, number);
   }
 }
 
 namespace {
 
-// The arguments of all functions in one record.
+// The arguments of all functions in one record; `id` to `mode` are as in a state.
 struct Call {
-  OrvSize roi = {9, 9};
-  int radius = 3, arc = 9, bins = 8, mode = 39, type = orvData8u, channels = 1, most = 5;
-  float threshold = 5;
   const uint8_t *src, *score;
   uint8_t *corner, *state, *buffer;
-  int32_t* result;
   OrvCornerFastN* list;
+  int32_t* result;
+  OrvSize roi;
+  int32_t id, type, channels;
+  OrvSize image;
+  int32_t radius, arc, bins, mode, most;
+  float threshold;
 };
-using Faults = std::vector<Check<Call>>;
+enum { sizing = 1, making = 2, finding = 4, listing = 8, all = 15 };
 
-// A change of a state's field, by its place in the record.
-void spoilState(Call& call, int field, int32_t value) { memcpy(call.state + call.state[0] + 4 * field, &value, 4); }
-
-Faults operator+(Faults a, const Faults& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
+OrvStatus run(int function, const Call& c) {
+  if (function == sizing) return orviFastNGetSize(c.roi, c.radius, c.arc, c.bins, c.mode, c.type, c.channels, c.result);
+  if (function == making)
+    return orviFastNInit(c.roi, c.radius, c.arc, c.bins, c.threshold, c.mode, c.type, c.channels, c.state);
+  const int32_t fields[] = {c.id, c.type, c.channels, c.image.width, c.image.height, c.radius, c.arc, c.bins, c.mode};
+  if (c.state) memcpy(c.state + c.state[0], fields, sizeof fields);
+  if (function == listing)
+    return orviFastN2DToVec_8u(c.corner, 20, c.score, 20, c.list, c.roi, c.most, c.result, c.state);
+  return orviFastN_8u_C1R(c.src, 20, c.corner, 20, (uint8_t*)(uintptr_t)c.score, 20, c.result, {0, 0}, c.roi, c.state,
+                          c.buffer);
 }
 
 }  // namespace
 
 TEST(statuses) {
-  const FastNSetup setup = {{20, 20}, 3, 9, 8, 39, 5};
+  // The checks in their order, and the functions that make them.
+  const std::vector<SharedCheck<Call>> checks = {
+      {finding, {"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }}},
+      {finding | listing, {"corner", orvStatusNullPtr, [](Call& c) { c.corner = nullptr; }}},
+      {listing, {"list", orvStatusNullPtr, [](Call& c) { c.list = nullptr; }}},
+      {all - sizing, {"state", orvStatusNullPtr, [](Call& c) { c.state = nullptr; }}},
+      {finding, {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }}},
+      {all - making, {"result", orvStatusNullPtr, [](Call& c) { c.result = nullptr; }}},
+      {all, {"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }}},
+      {all, {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}},
+      {listing, {"length", orvStatusSize, [](Call& c) { c.most = -1; }}},
+      {making, {"threshold", orvStatusThreshold, [](Call& c) { c.threshold = -0.5f; }}},
+      {finding | listing, {"id", orvStatusContext, [](Call& c) { c.id = 5; }}},
+      {all, {"type", orvStatusDataType, [](Call& c) { c.type = orvData16u; }}},
+      {all, {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }}},
+      {finding, {"image", orvStatusSize, [](Call& c) { c.image.height = 0; }}},
+      {all, {"mode", orvStatusBadArg, [](Call& c) { c.mode = 7; }}},
+      {all, {"bins", orvStatusOutOfRange, [](Call& c) { c.bins = 65; }}},
+      {finding | listing, {"score", orvStatusNullPtr, [](Call& c) { c.score = nullptr; }}},
+      {all - listing, {"radius", orvStatusBadArg, [](Call& c) { c.radius = 4; }}},
+      {all - listing, {"arc", orvStatusOutOfRange, [](Call& c) { c.arc = 16; }}}};
   Random r(seed());
-  State state(r, setup, 5);
-  std::vector<uint8_t> good(state.memory.data(), state.memory.data() + state.memory.bytes()), fresh(good.size() + 8);
-  std::vector<uint8_t> image(400, 9), corner(400, 3), buffer(2000);
+  const FastNSetup setup = {{20, 20}, 3, 9, 8, 39, 5};
+  const State state(r, setup, 5);
+  std::vector<uint8_t> image(400, 9), corner(400, 3), buffer(2000), fresh(state.memory.bytes() + 8);
   OrvCornerFastN list[8];
-  int32_t result = -5;
-  Call valid;
-  valid.src = image.data(), valid.score = image.data(), valid.corner = corner.data(), valid.buffer = buffer.data();
-  valid.state = state.memory.data(), valid.result = &result, valid.list = list;
-  const auto untouched = [&] { return result == -5 && corner == std::vector<uint8_t>(400, 3); };
-  const auto restored = [&](OrvStatus status) {
-    memcpy(state.memory.data(), good.data(), good.size());
-    return status;
-  };
-  const Faults size = {{"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }},
-                       {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}};
-  const Faults setups = {{"type", orvStatusDataType, [](Call& c) { c.type = orvData16u; }},
-                         {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }},
-                         {"mode", orvStatusBadArg, [](Call& c) { c.mode = 7; }},
-                         {"bins", orvStatusOutOfRange, [](Call& c) { c.bins = 65; }},
-                         {"radius", orvStatusBadArg, [](Call& c) { c.radius = 4; }},
-                         {"arc", orvStatusOutOfRange, [](Call& c) { c.arc = 16; }}};
-  const Check<Call> noResult = {"result", orvStatusNullPtr, [](Call&c) { c.result = nullptr; }},
-                    noState = {"state", orvStatusNullPtr, [](Call&c) { c.state = nullptr; }};
-  walkChecks<Call>(
-      valid, Faults{noResult} + size + setups,
-      [](Call& c) { return orviFastNGetSize(c.roi, c.radius, c.arc, c.bins, c.mode, c.type, c.channels, c.result); },
-      untouched);
-  Call init = valid;
-  init.state = fresh.data();
-  walkChecks<Call>(
-      init,
-      Faults{noState} + size + Faults{{"threshold", orvStatusThreshold, [](Call& c) { c.threshold = -0.5f; }}} + setups,
-      [](Call& c) {
-        return orviFastNInit(c.roi, c.radius, c.arc, c.bins, c.threshold, c.mode, c.type, c.channels, c.state);
-      },
-      [&] { return fresh == std::vector<uint8_t>(good.size() + 8); });
+  int32_t result = -5, id;
+  memcpy(&id, state.memory.data() + state.memory.data()[0], 4);
+  Call valid = {image.data(),
+                image.data(),
+                corner.data(),
+                nullptr,
+                buffer.data(),
+                list,
+                &result,
+                {9, 9},
+                id,
+                orvData8u,
+                1,
+                setup.image,
+                3,
+                9,
+                8,
+                39,
+                5,
+                5};
+  for (const int function : {sizing, making, finding, listing}) {
+    valid.state = function == making ? fresh.data() : state.memory.data();
+    walkShared(function, valid, checks, run, [&] {
+      return result == -5 && corner == std::vector<uint8_t>(400, 3) && fresh == std::vector<uint8_t>(fresh.size());
+    });
+  }
   for (const OrvSize bad : {OrvSize{0, 5}, OrvSize{5, 0}})
     CHECK(orviFastNGetBufferSize(valid.state, bad, &result) == orvStatusSize);
-  CHECK(orviFastNGetBufferSize(nullptr, {0, 5}, &result) == orvStatusNullPtr && untouched());
-
-  // Spoiled states; a null state would hide what the others spoil, so it is tried alone.
-  const auto inState = [](const char* name, OrvStatus status, int field, int32_t value) {
-    return Check<Call>{name, status, [=](Call& c) { spoilState(c, field, value); }};
-  };
-  const Faults stateHead = {inState("id", orvStatusContext, 0, 5), inState("type", orvStatusDataType, 1, 5),
-                            inState("channels", orvStatusChannels, 2, 3)};
-  const Faults stateMode = {inState("mode", orvStatusBadArg, 8, 7), inState("bins", orvStatusOutOfRange, 7, 0)};
-  const auto find = [&](Call& c) {
-    return restored(orviFastN_8u_C1R(c.src, 20, c.corner, 20, (uint8_t*)(uintptr_t)c.score, 20, c.result, {0, 0}, c.roi,
-                                     c.state, c.buffer));
-  };
-  const Check<Call> noCorner = {"corner", orvStatusNullPtr, [](Call&c) { c.corner = nullptr; }},
-                    noScore = {"score", orvStatusNullPtr, [](Call&c) { c.score = nullptr; }};
-  walkChecks<Call>(valid,
-                   Faults{{"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }},
-                          noCorner,
-                          {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }},
-                          noResult} +
-                       size + stateHead + Faults{inState("image", orvStatusSize, 4, 0)} + stateMode + Faults{noScore} +
-                       Faults{inState("radius", orvStatusBadArg, 5, 6), inState("arc", orvStatusOutOfRange, 6, 8)},
-                   find, untouched);
-  const auto toList = [&](Call& c) {
-    return restored(orviFastN2DToVec_8u(c.corner, 20, c.score, 20, c.list, c.roi, c.most, c.result, c.state));
-  };
-  walkChecks<Call>(valid,
-                   Faults{noCorner, {"list", orvStatusNullPtr, [](Call& c) { c.list = nullptr; }}, noResult} + size +
-                       Faults{{"length", orvStatusSize, [](Call& c) { c.most = -1; }}} + stateHead + stateMode +
-                       Faults{noScore},
-                   toList, untouched);
-  Call stateless = valid;
-  stateless.state = nullptr;
-  CHECK(find(stateless) == orvStatusNullPtr && toList(stateless) == orvStatusNullPtr);
-  for (const int mode : {0, 1, 2, 6, 32, 35, 4 | 8, 4 | 64, -1}) {
-    Call bad = valid;
-    CHECK(orviFastNGetSize(bad.roi, 3, 9, 8, mode, 1, 1, bad.result) == orvStatusBadArg, "mode %d", mode);
-  }
+  CHECK(orviFastNGetBufferSize(nullptr, {0, 5}, &result) == orvStatusNullPtr && result == -5);
+  for (const int mode : {0, 1, 2, 6, 32, 35, 4 | 8, 4 | 64, -1})
+    CHECK(orviFastNGetSize({9, 9}, 3, 9, 8, mode, 1, 1, &result) == orvStatusBadArg, "mode %d", mode);
 }

@@ -130,4 +130,9 @@ void walkWindow(const WindowCase<S, D>& c) {
       [&] { return dst.unchanged() && points[0].x == -9 && points[1].y == -9; });
 }
 
+template <class S, class D>
+void windows(const WindowCase<S, D>& c) {
+  sweepWindows(c), walkWindow(c);
+}
+
 }  // namespace test

@@ -6,10 +6,7 @@
 using namespace test;
 
 TEST(ranges) {
-  const auto bytes = scaledCase("ownGetRectSubpix_8u16u_C1R_Sfs", ownGetRectSubpix_8u16u_C1R_Sfs, -7, false);
-  const auto words = windowCase("ownGetRectSubpix_16u32f_C1R", ownGetRectSubpix_16u32f_C1R, {0, 1e-6f, 1e-9f}, false);
-  const auto floats = windowCase("ownGetRectSubpix_32f_C1R", ownGetRectSubpix_32f_C1R, {0, 1e-6f, 1e-6f}, false);
-  sweepWindows(bytes), walkWindow(bytes);
-  sweepWindows(words), walkWindow(words);
-  sweepWindows(floats), walkWindow(floats);
+  windows(scaledCase("ownGetRectSubpix_8u16u_C1R_Sfs", ownGetRectSubpix_8u16u_C1R_Sfs, -7, false));
+  windows(windowCase("ownGetRectSubpix_16u32f_C1R", ownGetRectSubpix_16u32f_C1R, {0, 1e-6f, 1e-9f}, false));
+  windows(windowCase("ownGetRectSubpix_32f_C1R", ownGetRectSubpix_32f_C1R, {0, 1e-6f, 1e-6f}, false));
 }

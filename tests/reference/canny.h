@@ -2,8 +2,7 @@
 #pragma once
 #include <math.h>
 #include <vector>
-#include "reference/border.h"
-#include "reference/gradient_vector.h"
+#include "reference/filter_plan.h"
 #include "reference/pointwise.h"
 
 namespace reference {
@@ -70,17 +69,17 @@ inline void cannyFloats(const float* dx, int32_t dxStep, const float* dy, int32_
   });
 }
 
-inline void cannyImage(const uint8_t* src, int32_t step, uint8_t* dst, int32_t dstStep, OrvSize roi, GradientForm form,
-                       int32_t borderType, uint8_t value, float low, float high, bool squared) {
-  const int kind = borderType & 1 ? orvBorderRepl : orvBorderConst, half = form == GradientForm::sobel5 ? 2 : 1;
+inline void cannyImage(const uint8_t* src, int32_t step, FilterPlan plan, uint8_t* dst, int32_t dstStep, OrvSize roi,
+                       float low, float high, int32_t norm, uint8_t*) {
   cannyEdges(roi, high, dst, dstStep, [&](int x, int y) -> CannyPixel {
     const auto r = [&](int i, int c) -> int {
-      return borderedPixel(src, step, roi, x + c, y + i - half, kind | (borderType & 240), value);
+      return borderedPixel(src, step, roi, x + c, y + i - plan.half(), plan.kind() | (plan.border & 240),
+                           (uint8_t)plan.value);
     };
     int gx, gy;
-    gradient<int>(form, r, &gx, &gy);
-    if (form != GradientForm::scharr3) gx = -gx;
-    const float ax = (float)abs(gx), ay = (float)abs(gy), m = squared ? sqrtf(ax * ax + ay * ay) : ax + ay;
+    gradient<int>(plan.form(), r, &gx, &gy);
+    if (plan.form() != GradientForm::scharr3) gx = -gx;
+    const float ax = (float)abs(gx), ay = (float)abs(gy), m = norm == orvNormL2 ? sqrtf(ax * ax + ay * ay) : ax + ay;
     return {m > low ? m : 0, cannySector(ay > ax + ax + 0.41421357f * ax, 0.41421357f * ax > ay, (gx < 0) == (gy < 0))};
   });
 }

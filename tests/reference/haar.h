@@ -12,16 +12,7 @@ struct Stage {
   std::vector<V> weights, thresholds, below, above;
   std::vector<int32_t> counts;  // rectangles of each feature
   std::vector<uint8_t> tilted;  // which features are turned, once they are
-  bool clockwise = true, sorted = true;
-
-  // Features in the order of evaluation.
-  std::vector<int> order() const {
-    std::vector<int> list(counts.size());
-    for (size_t i = 0; i < list.size(); ++i) list[i] = (int)i;
-    const auto group = [&](int i) { return counts[(size_t)i] == 2 ? 0 : counts[(size_t)i] == 3 ? 1 : 2; };
-    if (sorted) std::stable_sort(list.begin(), list.end(), [&](int a, int b) { return group(a) < group(b); });
-    return list;
-  }
+  bool clockwise = true;
 };
 
 // The sum over a rectangle at a pixel: the entries at its corners, first to last.
@@ -58,13 +49,18 @@ void applyStage(const Stage<V>& stage, const T* src, int32_t srcStep, const T* t
                 int shift) {
   std::vector<size_t> firsts(1, 0);
   for (const int32_t n : stage.counts) firsts.push_back(firsts.back() + (size_t)n);
-  const std::vector<int> order = stage.order();
+  // Features are evaluated by their number of rectangles: two, three, then all others.
+  std::vector<size_t> order;
+  for (const int group : {2, 3, 0})
+    for (size_t f = 0; f < stage.counts.size(); ++f) {
+      const int n = stage.counts[f];
+      if (group == (n == 2 || n == 3 ? n : 0)) order.push_back(f);
+    }
   *positive = 0;
   forEachElement(roi, 1, [&](int r, int c) {
     if (load(mask, maskStep, r, c) == 0) return;
     V sum = 0;
-    for (const int i : order) {
-      const auto f = (size_t)i;
+    for (const size_t f : order) {
       decltype(Form::product(T(), V())) response = 0;
       const bool turned = stage.tilted[f];
       for (size_t k = firsts[f]; k < firsts[f + 1]; ++k)
