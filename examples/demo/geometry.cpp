@@ -130,7 +130,7 @@ Timed<uint8_t> sharpen(const Sequence& s, const Bytes& start, int frames, int st
   return {toBytes(estimate), time / steps};
 }
 
-// The levels of a pyramid, each the mean of 2 x 2 pixels of the one below.
+// The levels of a Gaussian pyramid.
 struct Pyramid {
   std::vector<Bytes> level;
   std::vector<void*> images;
@@ -140,14 +140,15 @@ struct Pyramid {
   OrvPyramid record;
 
   Pyramid(const Bytes& image, int levels) : level{image} {
+    int32_t bytes;
+    require(orviPyrDownGetBufSize_Gauss5x5(image.width, orvData8u, 1, &bytes), "orviPyrDownGetBufSize_Gauss5x5");
+    std::vector<uint8_t> buffer((size_t)bytes);
     while ((int)level.size() < levels) {
       const Bytes& fine = level.back();
-      Bytes coarse(fine.width / 2, fine.height / 2, 1);
-      for (int y = 0; y < coarse.height; ++y)
-        for (int x = 0; x < coarse.width; ++x)
-          *coarse.at(x, y) = (uint8_t)((*fine.at(2 * x, 2 * y) + *fine.at(2 * x + 1, 2 * y) +
-                                        *fine.at(2 * x, 2 * y + 1) + *fine.at(2 * x + 1, 2 * y + 1) + 2) /
-                                       4);
+      Bytes coarse((fine.width + 1) / 2, (fine.height + 1) / 2, 1);
+      require(orviPyrDown_Gauss5x5_8u_C1R(fine.pixels.data(), fine.step(), coarse.pixels.data(), coarse.step(),
+                                          fine.size(), buffer.data()),
+              "orviPyrDown_Gauss5x5_8u_C1R");
       level.push_back(coarse);
     }
     for (Bytes& l : level) {

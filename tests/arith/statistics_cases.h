@@ -9,37 +9,23 @@ namespace test {
 inline Shape threadedShape() { return quick() ? Shape{1025, 260} : Shape{1025, 1030}; }
 
 // The checks of an image, or two, and a mask, in their order. Roles stand as in the arguments; `output` is the position
-// of a required result, 0 if there is none.
+// of a required result and `coi` that of the channel of interest, 0 if there is none.
 template <class T>
-std::vector<Told> orderOfChecks(int images, bool masked, int output, bool alignmentBeforeMask = false) {
-  std::vector<int> nulls;
+std::vector<Told> orderOfChecks(int images, bool masked, int output, int coi = 0, bool alignmentBeforeMask = false) {
+  std::vector<int> nulls, sources;
   for (int i = 0; i < images + masked; ++i) nulls.push_back(i);
+  for (int i = 0; i < images; ++i) sources.push_back(i);
   if (output) nulls.push_back(output);
-  std::vector<Told> order = pointersThenSizes(nulls, images + masked);
-  const auto alignments = [&] {
-    for (int i = 0; i < images && sizeof(T) > 1; ++i) order.push_back({Fault::misalignedStep, i});
-  };
-  for (int i = 0; i < images; ++i) order.push_back({Fault::smallStep, i});
-  if (alignmentBeforeMask) alignments();
+  const auto alignments = eachOf(Fault::misalignedStep, sizeof(T) > 1 ? sources : std::vector<int>());
+  auto order = pointersThenSizes(nulls, images + masked) + eachOf(Fault::smallStep, sources);
+  if (alignmentBeforeMask) order = order + alignments;
   if (masked) order.push_back({Fault::smallStep, images});
-  if (!alignmentBeforeMask) alignments();
+  if (!alignmentBeforeMask) order = order + alignments;
+  for (const int bad : {0, 4, -1})
+    if (coi) order.push_back(badValue(coi, bad, orvStatusCoi));
   return order;
 }
 
 inline Value<int32_t> Coi() { return Value<int32_t>({1, 2, 3}); }
-inline Value<int32_t> BadCoi() { return Value<int32_t>({0, 4, -1}); }
-
-// Roles with a BadCoi: all faults win over it, since it is checked last, and alone it is refused too.
-template <class Function, class... Role>
-void walkBadCoi(const char* name, Function function, const std::vector<Told>& order, Role... roles) {
-  walkArguments(name, function, order, roles...);
-  Random r(seed());
-  for (int i = 0; i < 9; ++i) {
-    (roles.prepare(r, {13, 5}), ...);
-    (roles.reset(), ...);
-    const OrvStatus status = detail::invoke(function, Side::candidate, roles...);
-    CHECK(status == orvStatusCoi && (roles.untouched() && ...), "%s with a bad coi: status %d", name, (int)status);
-  }
-}
 
 }  // namespace test

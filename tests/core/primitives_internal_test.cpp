@@ -14,7 +14,18 @@ const std::vector<int32_t> scales = {0,  1,  2,   3,   5,   7,   8,   9,   10,  
                                      16, 17, 18,  29,  30,  31,  32,  99,  -1,        -2,       -6,
                                      -7, -8, -14, -15, -16, -17, -30, -99, INT32_MIN, INT32_MAX};
 
-// A two-source function of images: apart, and with the destination in either source's place.
+// The checks of a primitive with `images` sources and destination: pointers, sizes, and for images, which are given as
+// plain functions, steps, which aren't measured against the width.
+template <class F>
+std::vector<Told> checks(const F&, const std::vector<int>& images) {
+  const int roi = (int)images.size();
+  if (!std::is_pointer<F>::value) return eachOf(Fault::null, images) + std::vector<Told>{{Fault::width, roi}};
+  auto order = pointersThenSizes(images, roi);
+  for (const int i : images) order.push_back(badValue(i, i ? 0 : -8, orvStatusStep));
+  return order;
+}
+
+// A function of two sources: apart, and with the destination in either source's place.
 template <class T, class F, class Plain, class... More>
 void sweepBinary(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
   const auto in = [=](ImageRole<T> role) { return any ? wild(role) : role; };
@@ -22,13 +33,21 @@ void sweepBinary(const char* name, F f, Plain plain, Shape threaded, bool any, i
   sweep(name, f, plain, threaded, source, source, Out<T>(channels), Roi(), more...);
   sweep(name, inPlaceOfFirst(f), inPlaceOfFirst(plain), {}, source, both, Roi(), more...);
   sweep(name, inPlaceOfSecond(f), inPlaceOfSecond(plain), {}, source, both, Roi(), more...);
+  walkArguments(name, f, checks(f, {0, 1, 2}), source, source, Out<T>(channels), Roi(), more...);
 }
 
+// A function of one source: apart, and in place if the types allow it.
+template <class T, class D, class F, class Plain, class... More>
+void sweepApart(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
+  const auto source = any ? wild(In<T>(channels)) : In<T>(channels);
+  sweep(name, f, plain, threaded, source, Out<D>(channels), Roi(), more...);
+  walkArguments(name, f, checks(f, {0, 1}), source, Out<D>(channels), Roi(), more...);
+}
 template <class T, class F, class Plain, class... More>
 void sweepUnary(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
-  const auto in = [=](ImageRole<T> role) { return any ? wild(role) : role; };
-  sweep(name, f, plain, threaded, in(In<T>(channels)), Out<T>(channels), Roi(), more...);
-  sweep(name, inPlace(f), inPlace(plain), {}, in(InOut<T>(channels)), Roi(), more...);
+  sweepApart<T, T>(name, f, plain, threaded, any, channels, more...);
+  const auto both = any ? wild(InOut<T>(channels)) : InOut<T>(channels);
+  sweep(name, inPlace(f), inPlace(plain), {}, both, Roi(), more...);
 }
 
 template <class T, class F>
@@ -47,34 +66,43 @@ void checkMemory(F allocate) {
 
 template <class T, class F>
 void checkSet(const char* name, F set, std::vector<T> values) {
-  const auto rows = [set](T* dst, int32_t step, OrvSize roi, T value) {
-    OrvStatus status = orvStatusOk;
-    for (int y = 0; y < roi.height; ++y) status |= set(value, rowOf(dst, step, y), roi.width);
-    return status;
-  };
   const auto plain = [](T* dst, int32_t step, OrvSize roi, T value) {
     reference::forEachElement(roi, 1, [&](int y, int x) { reference::store(dst, step, y, x, value); });
   };
-  sweep(name, rows, plain, {}, Out<T>(), Roi(), Value<T>(values));
+  sweep(name, set, plain, {}, Out<T>(), Roi(), Value<T>(values));
+  walkArguments(name, set, checks(set, {0}), Out<T>(), Roi(), Value<T>(values));
 }
-
+// Vectors: set(value, dst, length), zero(dst, length).
+template <class T, class F>
+void checkFill(const char* name, F set, std::vector<T> values) {
+  const auto rows = [set](T* dst, int32_t step, OrvSize roi, T value) {
+    OrvStatus status = orvStatusOk;
+    for (int y = 0; y < roi.height && status == orvStatusOk; ++y) status = set(value, rowOf(dst, step, y), roi.width);
+    return status;
+  };
+  checkSet<T>(name, rows, values);
+}
 template <class T, class F>
 void checkZero(const char* name, F zero) {
-  checkSet<T>(name, [zero](T, T* dst, int32_t length) { return zero(dst, length); }, {0});
+  checkFill<T>(name, [zero](T, T* dst, int32_t length) { return zero(dst, length); }, {0});
 }
 
-// src is the first operand, srcDst the second.
+// The first operand wins if `wins(first, second)`. In place, src is the first, srcDst the second.
+template <class T, class Two, class One, class Wins>
+void checkEvery(const char* name, Two two, One one, Wins wins) {
+  const auto plain = reference::binary(1, [wins](T a, T b) { return wins(a, b) ? a : b; });
+  if constexpr (!std::is_same<Two, std::nullptr_t>::value) sweepBinary<T>(name, binaryRows(two), plain, {}, true, 1);
+  const auto rows = unaryRows(one);
+  sweep(name, rows, inPlaceOfSecond(plain), {}, wild(In<T>()), wild(InOut<T>()), Roi());
+  walkArguments(name, rows, checks(rows, {0, 1}), In<T>(), InOut<T>(), Roi());
+}
 template <class T, class Two, class One>
 void checkMin(const char* name, Two two, One one) {
-  const auto plain = reference::binary(1, [](T a, T b) { return a < b ? a : b; });
-  sweepBinary<T>(name, binaryRows(two), plain, {}, true, 1);
-  sweep(name, unaryRows(one), inPlaceOfSecond(plain), {}, wild(In<T>()), wild(InOut<T>()), Roi());
+  checkEvery<T>(name, two, one, std::less<T>());
 }
 template <class T, class Two, class One>
 void checkMax(const char* name, Two two, One one) {
-  const auto plain = reference::binary(1, [](T a, T b) { return a > b ? a : b; });
-  sweepBinary<T>(name, binaryRows(two), plain, {}, true, 1);
-  sweep(name, unaryRows(one), inPlaceOfSecond(plain), {}, wild(In<T>()), wild(InOut<T>()), Roi());
+  checkEvery<T>(name, two, one, std::greater<T>());
 }
 
 template <class T, class F>
@@ -94,7 +122,12 @@ void checkThreshold(const char* name, F f, Shape threaded, bool any, std::vector
     const auto replace = [=](T v) { return (compare == 4 ? v > threshold : v < threshold) ? value : v; };
     reference::unary(1, replace)(s, sStep, d, dStep, roi);
   };
-  sweepUnary<T>(name, f, plain, threaded, any, 1, Value<T>(thresholds), Value<T>(values), Value<int32_t>({0, 4}));
+  const Value<int32_t> compare({0, 4});
+  sweepUnary<T>(name, f, plain, threaded, any, 1, Value<T>(thresholds), Value<T>(values), compare);
+  walkArguments(name, f,
+                std::vector<Told>{badValue(5, 1, orvStatusNotSupported), badValue(5, 5, orvStatusNotSupported)} +
+                    checks(f, {0, 1}),
+                In<T>(), Out<T>(), Roi(), Value<T>(thresholds), Value<T>(values), compare);
 }
 
 }  // namespace
@@ -108,25 +141,22 @@ TEST(memory) {
 }
 
 TEST(fills) {
-  checkSet<uint8_t>("orvsSet_8u", orvsSet_8u, {0, 1, 200, 255});
-  checkSet<int16_t>("orvsSet_16s", orvsSet_16s, {-32768, -2, 0x1234, 32767});
-  checkSet<int32_t>("orvsSet_32s", orvsSet_32s, {INT32_MIN, -1, 0x12345678, INT32_MAX});
-  checkSet<float>("orvsSet_32f", orvsSet_32f, {-0.f, 1.5f, INFINITY});
+  checkFill<uint8_t>("orvsSet_8u", orvsSet_8u, {0, 1, 200, 255});
+  checkFill<int16_t>("orvsSet_16s", orvsSet_16s, {-32768, -2, 0x1234, 32767});
+  checkFill<int32_t>("orvsSet_32s", orvsSet_32s, {INT32_MIN, -1, 0x12345678, INT32_MAX});
+  checkFill<float>("orvsSet_32f", orvsSet_32f, {-0.f, 1.5f, INFINITY});
   checkZero<uint8_t>("orvsZero_8u", orvsZero_8u);
   checkZero<int16_t>("orvsZero_16s", orvsZero_16s);
   checkZero<int32_t>("orvsZero_32s", orvsZero_32s);
   checkZero<float>("orvsZero_32f", orvsZero_32f);
-  const auto image8u = [](uint8_t* dst, int32_t step, OrvSize roi, uint8_t v) {
-    return orviSet_8u_C1R(v, dst, step, roi);
-  };
-  const auto image16s = [](int16_t* dst, int32_t step, OrvSize roi, int16_t v) {
-    return orviSet_16s_C1R(v, dst, step, roi);
-  };
-  const auto plain = [](auto* dst, int32_t step, OrvSize roi, auto value) {
-    reference::forEachElement(roi, 1, [&](int y, int x) { reference::store(dst, step, y, x, value); });
-  };
-  sweep("orviSet_8u_C1R", image8u, plain, {}, Out<uint8_t>(), Roi(), Value<uint8_t>({0, 77, 255}));
-  sweep("orviSet_16s_C1R", image16s, plain, {}, Out<int16_t>(), Roi(), Value<int16_t>({0, -77, 32767}));
+  checkSet<uint8_t>(
+      "orviSet_8u_C1R",
+      +[](uint8_t* dst, int32_t step, OrvSize roi, uint8_t v) { return orviSet_8u_C1R(v, dst, step, roi); },
+      {0, 77, 255});
+  checkSet<int16_t>(
+      "orviSet_16s_C1R",
+      +[](int16_t* dst, int32_t step, OrvSize roi, int16_t v) { return orviSet_16s_C1R(v, dst, step, roi); },
+      {0, -77, 32767});
 }
 
 TEST(copies) {
@@ -144,10 +174,9 @@ TEST(copies) {
   sweepUnary<float>("orviCopy_32f_C3R", orviCopy_32f_C3R, plain3, {}, true, 3);
   sweepUnary<float>("orviCopy_32f_C4R", orviCopy_32f_C4R, plain4, {}, true, 4);
   const auto widen = [](auto v) { return (float)v; };
-  sweep("orviConvert_16u32f_C1R", orviConvert_16u32f_C1R, reference::unary(1, widen), {}, In<uint16_t>(), Out<float>(),
-        Roi());
-  sweep("orviConvert_8u32f_C3R", orviConvert_8u32f_C3R, reference::unary(3, widen), {}, In<uint8_t>(3), Out<float>(3),
-        Roi());
+  sweepApart<uint16_t, float>("orviConvert_16u32f_C1R", orviConvert_16u32f_C1R, reference::unary(1, widen), {}, false,
+                              1);
+  sweepApart<uint8_t, float>("orviConvert_8u32f_C3R", orviConvert_8u32f_C3R, reference::unary(3, widen), {}, false, 3);
 }
 
 TEST(extrema) {
@@ -159,12 +188,8 @@ TEST(extrema) {
   checkMax<uint16_t>("orvsMaxEvery_16u", orvsMaxEvery_16u, orvsMaxEvery_16u_I);
   checkMax<float>("orvsMaxEvery_32f", orvsMaxEvery_32f, orvsMaxEvery_32f_I);
   checkMax<double>("orvsMaxEvery_64f", orvsMaxEvery_64f, orvsMaxEvery_64f_I);
-  const auto least = reference::binary(1, [](int16_t a, int16_t b) { return a < b ? a : b; });
-  const auto most = reference::binary(1, [](int16_t a, int16_t b) { return a > b ? a : b; });
-  sweep("orvsMinEvery_16s_I", unaryRows(orvsMinEvery_16s_I), inPlaceOfSecond(least), {}, In<int16_t>(),
-        InOut<int16_t>(), Roi());
-  sweep("orvsMaxEvery_16s_I", unaryRows(orvsMaxEvery_16s_I), inPlaceOfSecond(most), {}, In<int16_t>(), InOut<int16_t>(),
-        Roi());
+  checkMin<int16_t>("orvsMinEvery_16s_I", nullptr, orvsMinEvery_16s_I);
+  checkMax<int16_t>("orvsMaxEvery_16s_I", nullptr, orvsMaxEvery_16s_I);
 }
 
 TEST(roots_and_lengths) {
@@ -185,16 +210,15 @@ TEST(roots_and_lengths) {
 
 // All of re against a few im: exact roots, ties of every scale, sums just above and below a tie, and 2^31.
 TEST(lengths_round_once) {
-  std::vector<int16_t> re(65536), im(65536), d(65536);
+  std::vector<int16_t> re(65536), d(65536);
   for (int i = 0; i < 65536; ++i) re[(size_t)i] = (int16_t)(i - 32768);
-  for (const int fixed : {0, 1, 2, 180, 181, 4095, 23170, 32767, -32768}) {
-    std::fill(im.begin(), im.end(), (int16_t)fixed);
+  for (const int im : {0, 1, 2, 180, 181, 4095, 23170, 32767, -32768}) {
+    const std::vector<int16_t> fixed(65536, (int16_t)im);
     for (const int32_t scale : {0, 1, 2, 3, 8, 15, 16, 17, -1, -4, -15}) {
-      orvsMagnitude_16s_Sfs(re.data(), im.data(), d.data(), 65536, scale);
+      orvsMagnitude_16s_Sfs(re.data(), fixed.data(), d.data(), 65536, scale);
       for (size_t i = 0; i < 65536; ++i) {
-        const double exact = sqrt((double)re[i] * re[i] + (double)fixed * fixed);
-        const int16_t want = reference::scaled<int16_t>(exact, scale);
-        if (d[i] != want) fail("|(%d, %d)|, scale %d: %d, not %d", re[i], fixed, (int)scale, d[i], want);
+        const auto want = reference::scaled<int16_t>(sqrt((double)re[i] * re[i] + (double)im * im), scale);
+        if (d[i] != want) fail("|(%d, %d)|, scale %d: %d, not %d", re[i], im, (int)scale, d[i], want);
       }
     }
   }
@@ -230,15 +254,15 @@ TEST(differences_round_to_even) {
 }
 
 TEST(products) {
-  const auto floats = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
+  const auto floats = +[](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
     return orviMulC_32f_C1R(s, sStep, v, d, dStep, roi);
   };
   const auto plain = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
     reference::unary(1, [=](float p) { return p * v; })(s, sStep, d, dStep, roi);
   };
   sweepUnary<float>("orviMulC_32f_C1R", floats, plain, {70, 29}, true, 1, Value<float>({0.03125f, -3.f, 0.f, 1e30f}));
-  const auto shorts = [](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
-                         int32_t scale) { return orviMulC_16s_C1RSfs(s, sStep, v, d, dStep, roi, scale); };
+  const auto shorts = +[](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
+                          int32_t scale) { return orviMulC_16s_C1RSfs(s, sStep, v, d, dStep, roi, scale); };
   const auto plainShorts = [](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
                               int32_t scale) {
     const auto product = [=](int16_t p) { return reference::scaled<int16_t>((double)p * v, scale); };

@@ -52,7 +52,7 @@ OrvHaarClassifier* make(const reference::Stage<float>& s) {
 
 // A mask that is read and cleared, in runs that are dense in some images and sparse in others.
 struct CascadeMask : ImageRole<uint8_t> {
-  CascadeMask() : ImageRole<uint8_t>{1, true, true, false, {}, {}} {}
+  CascadeMask() : ImageRole<uint8_t>(InOut<uint8_t>()) {}
   void prepare(Random& r, const Shape& shape) {
     ImageRole<uint8_t>::prepare(r, shape);
     const int sparse = r.in(0, 3);  // 0: none cleared

@@ -2,7 +2,6 @@
 // One body serves both variants.
 #include <limits>
 #include "distance/distance_roles.h"
-#include "features/roles.h"
 
 using namespace test;
 
@@ -29,26 +28,13 @@ void plainDistances(const uint8_t* src, int32_t srcStep, float* dst, int32_t dst
   }
 }
 
-// Scratch memory of exactly the size that is reported for the present number of threads.
-struct TeamBuffer : Buffer {
-  OrvSize roi{};
-  TeamBuffer() : Buffer(orviTrueDistanceTransformGetBufferSize_8u32f_C1R) {}
-  void prepare(Random& r, const Shape& shape) { Buffer::prepare(r, shape), roi = {shape.width, shape.height}; }
-  std::tuple<uint8_t*> arguments(Side side) {
-    int32_t bytes = 0;
-    CHECK(size(roi, &bytes) == orvStatusOk);
-    memory = std::make_shared<Guarded>((size_t)bytes, true, (size_t)(bytes % 7));
-    return Buffer::arguments(side);
-  }
-};
-
 }  // namespace
 
 TEST(all_contents) {
   const Shape large[] = {{600, 17, true}, {70, 200, true}, {1, 300, true}, {1500, 2, true}, {290, 130, true}};
   for (int kind = 0; kind < maskKinds; ++kind)
     sweep("orviTrueDistanceTransform_8u32f_C1R", orviTrueDistanceTransform_8u32f_C1R, plainDistances, large[kind % 5],
-          Drawn(kind), Out<float>(), Roi(), TeamBuffer());
+          Drawn(kind), Out<float>(), Roi(), Scratch(orviTrueDistanceTransformGetBufferSize_8u32f_C1R));
 }
 
 // Beyond the whole numbers that a float holds the envelope decides, parabola by parabola in single precision.
@@ -96,5 +82,5 @@ TEST(arguments) {
   std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
   order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}, {Fault::misalignedStep, 1}});
   walkArguments("orviTrueDistanceTransform_8u32f_C1R", orviTrueDistanceTransform_8u32f_C1R, order, Mask(), Out<float>(),
-                Roi(), Buffer(size));
+                Roi(), Scratch(size));
 }

@@ -34,8 +34,8 @@ TEST(images) {
       const auto value = (uint8_t)r.in(0, 255);
       reference::cannyImage(src.data(), src.step(), expected.data(), roi.width, roi, f.form, border, value, low, high,
                             squared);
-      Buffer buffer([&](OrvSize s, int32_t* bytes) { return orviCannyBorderGetSize(s, 7, f.mask, 9, bytes); });
-      buffer.prepare(r, shape);
+      Scratch buffer([&](OrvSize s, int32_t* bytes) { return orviCannyBorderGetSize(s, 7, f.mask, 9, bytes); });
+      buffer.prepare(r, shape), buffer.reset();
       forEachSetting(false, [&] {
         dst.restore();
         const OrvStatus status =

@@ -15,14 +15,14 @@ TEST(derivatives) {
   };
   const Thresholds shorts({{0, 0}, {0.5f, 9}, {10.9f, 11}, {30, 3000.5f}, {999, 32768}, {3e4f, 5e4f}, {65535, 65535}});
   sweep("orviCanny_16s8u_C1R", orviCanny_16s8u_C1R, reference::cannyShorts, {}, In<int16_t>(), In<int16_t>(),
-        Out<uint8_t>(), Roi(), shorts, Buffer(orviCannyGetSize));
+        Out<uint8_t>(), Roi(), shorts, Scratch(orviCannyGetSize));
   walkArguments("orviCanny_16s8u_C1R", orviCanny_16s8u_C1R, order(), In<int16_t>(), In<int16_t>(), Out<uint8_t>(),
-                Roi(), shorts, Buffer(orviCannyGetSize));
+                Roi(), shorts, Scratch(orviCannyGetSize));
   const Thresholds floats({{0, 0}, {0.25f, 300}, {255.5f, 255.5f}, {255.5f, 1e4f}, {511, 511}, {1000, INFINITY}});
   sweep("orviCanny_32f8u_C1R", orviCanny_32f8u_C1R, reference::cannyFloats, {}, wild(In<float>()), In<float>(),
-        Out<uint8_t>(), Roi(), floats, Buffer(orviCannyGetSize));
+        Out<uint8_t>(), Roi(), floats, Scratch(orviCannyGetSize));
   walkArguments("orviCanny_32f8u_C1R", orviCanny_32f8u_C1R, order(), In<float>(), In<float>(), Out<uint8_t>(), Roi(),
-                floats, Buffer(orviCannyGetSize));
+                floats, Scratch(orviCannyGetSize));
 }
 
 TEST(sizes) {
@@ -59,8 +59,8 @@ TEST(longPath) {
     if (y + 1 < h) dx[(size_t)((y + 1) * w + (y / 2 % 2 ? 0 : w - 1))] = 9;
   }
   Random r(seed());
-  Buffer buffer(orviCannyGetSize);
-  buffer.prepare(r, {w, h});
+  Scratch buffer(orviCannyGetSize);
+  buffer.prepare(r, {w, h}), buffer.reset();
   const auto edges = [&] {
     CHECK(orviCanny_32f8u_C1R(dx.data(), w * 4, dy.data(), w * 4, dst.data(), w, {w, h}, 5, 10,
                               buffer.memory->data()) == orvStatusOk);
@@ -77,8 +77,8 @@ TEST(longPath) {
 // larger one.
 TEST(lastColumns) {
   Random r(seed());
-  Buffer buffer(orviCannyGetSize);
-  buffer.prepare(r, {7, 2});
+  Scratch buffer(orviCannyGetSize);
+  buffer.prepare(r, {7, 2}), buffer.reset();
   for (int x = 0; x < 7; ++x) {
     int16_t dx[14] = {}, dy[14] = {};
     uint8_t dst[14];

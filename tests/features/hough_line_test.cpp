@@ -18,8 +18,8 @@ TEST(lines) {
     const float low = (float)r.in(-1000, 800) * .001f * span, theta = (float)r.in(-10, 30) * .1f;
     const OrvPointPolar part[2] = {{low, theta},
                                    {low + (float)r.in(0, 700) * .001f * span, theta + (float)r.in(0, 20) * .1f}};
-    Buffer buffer([&](OrvSize s, int32_t* bytes) { return orviHoughLineGetSize_8u_C1R(s, delta, most, bytes); });
-    buffer.prepare(r, shape);
+    Scratch buffer([&](OrvSize s, int32_t* bytes) { return orviHoughLineGetSize_8u_C1R(s, delta, most, bytes); });
+    buffer.prepare(r, shape), buffer.reset();
     for (const bool limited : {false, true}) {
       const auto expected =
           reference::houghLines(src.data(), src.step(), roi, delta, threshold, most, limited ? part : nullptr);

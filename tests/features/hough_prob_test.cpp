@@ -16,9 +16,9 @@ TEST(segments) {
     drawLines(r, src, roi.width, roi.height);
     const auto all = reference::houghSegments(src.data(), src.step(), roi, delta, threshold, length, gap);
     int32_t stateBytes = 0;
-    Buffer buffer(
+    Scratch buffer(
         [&](OrvSize s, int32_t* bytes) { return orviHoughProbLineGetSize_8u_C1R(s, delta, &stateBytes, bytes); });
-    buffer.prepare(r, shape);
+    buffer.prepare(r, shape), buffer.reset();
     const Guarded memory((size_t)stateBytes, true, (size_t)r.in(0, 9));
     auto* const state = (OrvHoughProbState*)(void*)memory.data();
     CHECK(orviHoughProbLineInit_8u32f_C1R(roi, delta, 3, state) == orvStatusOk && memory.intact());

@@ -34,10 +34,10 @@ TEST(everySize) {
         reference::gradient(wide ? reference::GradientForm::sobel5 : reference::GradientForm::sobel3, pixel, &dx, &dy);
       return reference::Derivatives{(float)dx, (float)dy};
     });
-    Buffer buffer([&](OrvSize s, int32_t* bytes) {
+    Scratch buffer([&](OrvSize s, int32_t* bytes) {
       return orviLineSuppressionGetBufferSize(s, mask, window, orvData8u, 1, bytes);
     });
-    buffer.prepare(r, shape);
+    buffer.prepare(r, shape), buffer.reset();
     std::vector<uint8_t> want;
     for (int i = 0; i < roi.width * roi.height; ++i) {
       float a, b, c;

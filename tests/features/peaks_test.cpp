@@ -12,7 +12,6 @@ namespace {
 struct Peaks {
   std::vector<OrvPoint> list, expected;
   int32_t most = 1, count = 0, expectedCount = 0;
-  bool nullFault = false;
   void prepare(Random& r, const Shape& shape) {
     most = r.one(3) ? r.in(1, 3) : shape.width * shape.height;
     list.resize((size_t)most + 1), expected.resize(list.size());
@@ -20,10 +19,8 @@ struct Peaks {
   }
   std::tuple<OrvPoint*, int32_t, int32_t*> arguments(Side side) {
     if (side == Side::reference) return {expected.data(), most, &expectedCount};
-    return {nullFault ? nullptr : list.data(), most, &count};
+    return {list.data(), most, &count};
   }
-  void spoil(Fault fault) { nullFault |= fault == Fault::null; }
-  void mend() { nullFault = false; }
   void reset() { std::fill(list.begin(), list.end(), OrvPoint{-7, -7}), count = -7; }
   bool untouched() const { return list[0].x == -7 && count == -7; }
   void verify(int) const {
@@ -70,11 +67,11 @@ void checkPeaks(const char* name, Function function, std::vector<T> thresholds) 
     };
   };
   sweep(name, bordered(function), bordered(plainPeaks<T>), {}, In<T>(), Roi(), Value<T>(thresholds), Peaks(),
-        Value<int32_t>({0, 1}), Value<int32_t>({1, 1, 2, 5}), Buffer(size));
+        Value<int32_t>({0, 1}), Value<int32_t>({1, 1, 2, 5}), Scratch(size));
   std::vector<Told> order = pointersThenSizes({0, 3, 6}, 1);
   order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::misalignedStep, 0}});
   walkArguments(name, function, order, In<T>(), Roi(), Value<T>(thresholds), Peaks(), Value<int32_t>({0}),
-                Value<int32_t>({1}), Buffer(size));
+                Value<int32_t>({1}), Scratch(size));
 }
 
 }  // namespace

@@ -3,9 +3,7 @@
 #include "filter/border_copy.h"
 #include "filter/row_border.h"
 #include "core/primitives.h"
-#include "framework/image.h"
-#include "framework/settings.h"
-#include "framework/walker.h"
+#include "framework/sweep.h"
 #include "reference/border.h"
 
 using namespace test;
@@ -35,17 +33,17 @@ struct Scene {
   std::vector<T> value;
   Image<T> src;
 
-  Scene(Random& r, int c, int kindOfBorder, int memory, OrvSize of, int l, int t, int rt, int b)
-      : channels(c),
+  Scene(Random& r, int pixelChannels, int kindOfBorder, int memory, OrvSize s, int l, int t, int rt, int b)
+      : channels(pixelChannels),
         kind(kindOfBorder),
         sides(memory),
-        size(of),
+        size(s),
         left(l),
         top(t),
         right(rt),
         bottom(b),
-        value((size_t)c),
-        src(r, of.width, of.height, c, marginOf(memory, positive(l), positive(t), positive(rt), positive(b))) {
+        value((size_t)channels),
+        src(r, s.width, s.height, channels, marginOf(memory, positive(l), positive(t), positive(rt), positive(b))) {
     src.fill(r, true);
     for (T& v : value) v = randomElement<T>(r, true);
   }
@@ -53,10 +51,8 @@ struct Scene {
   OrvSize whole() const { return {size.width + left + right, size.height + top + bottom}; }
 
   T expected(int x, int y, int channel) const {
-    const std::function<T(int, int)> pixel = [&](int column, int row) {
-      return src.at(column * channels + channel, row);
-    };
-    return reference::borderedPixel<T>(pixel, size, x - left, y - top, kind, sides, value[(size_t)channel]);
+    return reference::borderedPixel<T>(src.data(), src.step(), size, x - left, y - top, kind | sides,
+                                       value[(size_t)channel], channels, channel);
   }
 
   // Whether `pixel(x, y)`, x in elements, is the expected picture; sNaNs and signs of zero count.
@@ -79,24 +75,30 @@ Scene<T> randomScene(Random& r, int channels, int kind, int sides) {
   return Scene<T>(r, channels, kind, sides, size, border(), border(), border(), border());
 }
 
-// copy(scene, dst) must write the expected picture to dst, and nothing else.
-template <class T, class Copy>
-void checkCopy(Random& r, const char* name, const Scene<T>& scene, const Copy& copy) {
-  Image<T> dst(r, scene.whole().width, scene.whole().height, scene.channels);
-  const OrvStatus status = copy(scene, dst);
-  CHECK(status == orvStatusOk, "%s", name);
-  scene.compare(name, [&](int x, int y) { return dst.at(x, y); });
-  CHECK(dst.onlyRegionChanged() && scene.src.unchanged(), "%s", name);
+// Each copy(scene, dst) must write the expected picture of the scenes that `draw` makes to dst, and nothing else.
+template <class T, class Draw, class... Copy>
+void checkCopies(const char* name, int count, const Draw& draw, const Copy&... copies) {
+  Random r(seed());
+  for (int i = 0; i < rounds(count); ++i) {
+    const Scene<T> scene = draw(r);
+    const auto check = [&](const auto& copy) {
+      Image<T> dst(r, scene.whole().width, scene.whole().height, scene.channels);
+      const OrvStatus status = copy(scene, dst);
+      scene.compare(name, [&](int x, int y) { return dst.at(x, y); });
+      CHECK(status == orvStatusOk && dst.onlyRegionChanged() && scene.src.unchanged(), "%s", name);
+    };
+    (check(copies), ...);
+  }
 }
 
 template <class T>
 void checkConst(const char* name,
                 OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, int32_t, int32_t, T)) {
-  Random r(seed());
-  for (int i = 0; i < rounds(300); ++i)
-    checkCopy(r, name, randomScene<T>(r, 1, orvBorderConst, 0), [&](const Scene<T>& s, Image<T>& dst) {
-      return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), s.top, s.left, s.value[0]);
-    });
+  checkCopies<T>(
+      name, 300, [](Random& r) { return randomScene<T>(r, 1, orvBorderConst, 0); },
+      [&](const Scene<T>& s, Image<T>& dst) {
+        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), s.top, s.left, s.value[0]);
+      });
 }
 
 template <class T>
@@ -104,64 +106,59 @@ using Replicate = OrvStatus (*)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize
 template <class T>
 using ReplicateInPlace = OrvStatus (*)(T*, int32_t, OrvSize, OrvSize, int32_t, int32_t);
 
-// The image stands in the destination already, at the offset of its border.
-template <class T>
-void place(const Scene<T>& s, Image<T>& dst) {
-  for (int y = 0; y < s.size.height; ++y)
-    for (int x = 0; x < s.size.width * s.channels; ++x) dst.set(x + s.left * s.channels, y + s.top, s.src.at(x, y));
-}
-
+// Into another image; with the source in the destination already, by either form.
 template <class T>
 void checkReplicate(const char* name, int channels, Replicate<T> f, ReplicateInPlace<T> g = nullptr) {
-  Random r(seed());
-  for (int i = 0; i < rounds(300); ++i) {
-    const auto scene = randomScene<T>(r, channels, orvBorderRepl, 0);
-    checkCopy(r, name, scene, [&](const Scene<T>& s, Image<T>& dst) {
-      return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
-    });
-    checkCopy(r, name, scene, [&](const Scene<T>& s, Image<T>& dst) {
-      place(s, dst);
-      return f(dst.data(), 1, s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
-    });
-    if (g)
-      checkCopy(r, name, scene, [&](const Scene<T>& s, Image<T>& dst) {
+  const auto place = [](const Scene<T>& s, Image<T>& dst) {
+    for (int y = 0; y < s.size.height; ++y)
+      for (int x = 0; x < s.size.width * s.channels; ++x) dst.set(x + s.left * s.channels, y + s.top, s.src.at(x, y));
+  };
+  checkCopies<T>(
+      name, 300, [&](Random& r) { return randomScene<T>(r, channels, orvBorderRepl, 0); },
+      [&](const Scene<T>& s, Image<T>& dst) {
+        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
+      },
+      [&](const Scene<T>& s, Image<T>& dst) {
         place(s, dst);
-        return g(dst.data(), dst.step(), s.size, s.whole(), s.top, s.left);
+        return g && s.left % 2 ? g(dst.data(), dst.step(), s.size, s.whole(), s.top, s.left)
+                               : f(dst.data(), 1, s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
       });
-  }
 }
 
 // All flags, with any kind beside them: only the value 6 as a whole stands for four sides.
 template <class T>
 void checkInMem(const char* name, int channels,
                 OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, int32_t, int32_t, int32_t)) {
-  Random r(seed());
-  for (int i = 0; i < rounds(400); ++i) {
-    const int type = r.in(0, 15) * 16 + (r.one(2) ? orvBorderInMem : orvBorderRepl);
-    const int sides = type == orvBorderInMem ? allSides : type & allSides;
-    checkCopy(r, name, randomScene<T>(r, channels, orvBorderRepl, sides), [&](const Scene<T>& s, Image<T>& dst) {
-      return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), type, s.top, s.left);
-    });
-  }
+  int type = 0;
+  checkCopies<T>(
+      name, 400,
+      [&](Random& r) {
+        type = r.in(0, 15) * 16 + (r.one(2) ? orvBorderInMem : orvBorderRepl);
+        return randomScene<T>(r, channels, orvBorderRepl, type == orvBorderInMem ? allSides : type & allSides);
+      },
+      [&](const Scene<T>& s, Image<T>& dst) {
+        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), type, s.top, s.left);
+      });
 }
 
 template <class T>
 void checkWindow(const char* name,
                  OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, int32_t, OrvPoint, OrvSize, T)) {
-  Random r(seed());
-  for (int i = 0; i < rounds(800); ++i) {
-    const bool memoryByKind = r.one(8);
-    const int flags = r.one(3) ? 0 : r.in(0, 15) * 16;
-    const int kind = memoryByKind ? (int)orvBorderInMem : kinds[r.in(0, 4)];
-    const OrvSize size = {randomLength(r), r.in(1, 9)};
-    const OrvSize window = {randomLength(r), r.in(1, 9)};
-    const OrvPoint offset = {r.in(-window.width - 3, size.width + 3), r.in(-window.height - 3, size.height + 3)};
-    const Scene<T> scene(r, 1, kind, memoryByKind ? allSides : flags, size, -offset.x, -offset.y,
-                         offset.x + window.width - size.width, offset.y + window.height - size.height);
-    checkCopy(r, name, scene, [&](const Scene<T>& s, Image<T>& dst) {
-      return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), kind | flags, offset, window, s.value[0]);
-    });
-  }
+  int type = 0;
+  OrvPoint offset{};
+  checkCopies<T>(
+      name, 800,
+      [&](Random& r) {
+        const int kind = r.one(8) ? (int)orvBorderInMem : kinds[r.in(0, 4)], flags = r.one(3) ? 0 : r.in(0, 15) * 16;
+        const OrvSize size = {randomLength(r), r.in(1, 9)}, window = {randomLength(r), r.in(1, 9)};
+        type = kind | flags;
+        offset = {r.in(-window.width - 3, size.width + 3), r.in(-window.height - 3, size.height + 3)};
+        return Scene<T>(r, 1, kind, kind == orvBorderInMem ? allSides : flags, size, -offset.x, -offset.y,
+                        offset.x + window.width - size.width, offset.y + window.height - size.height);
+      },
+      [&](const Scene<T>& s, Image<T>& dst) {
+        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), type, offset, s.whole(), s.value[0]);
+      });
 }
 
 template <class T>
@@ -200,29 +197,28 @@ void checkStrip(const char* name, const Fill& fill) {
   for (int i = 0; i < rounds(6000); ++i) {
     const int width = r.in(1, 14), taps = r.one(10) ? r.in(20, 45) : r.in(1, 9), anchor = r.in(0, taps - 1);
     const int odd[] = {orvBorderInMem, 5, 7}, kind = r.one(5) ? odd[r.in(0, 2)] : kinds[r.in(0, 4)];
-    const int type = kind | (r.one(2) ? 0 : r.in(0, 15) * 16);
-    const int sides = kind == orvBorderInMem ? allSides : type & allSides, behind = taps - 1 - anchor;
-    const Scene<T> scene(r, C, kind, sides & ~(orvBorderInMemTop | orvBorderInMemBottom), {width, 1}, anchor, 0, behind,
-                         0);
-    const int ends = std::min(taps - 1, width);
-    Image<T> strip(r, taps - 1 + 2 * ends, 1, C), row(r, taps - 1 + width, 1, C);
-    const bool noKind = kind == 5 || kind == 7;
-    fill(scene.src.data(), strip.data(), width, taps, anchor, type, scene.value.data());
-    extendRow<T, C>(scene.src.data(), row.data(), width, taps, anchor, type, scene.value.data());
+    const int type = kind | (r.one(2) ? 0 : r.in(0, 15) * 16), behind = taps - 1 - anchor;
+    const int sides = kind == orvBorderInMem ? allSides : type & allSides;
+    const int beside = sides & (orvBorderInMemLeft | orvBorderInMemRight), ends = std::min(taps - 1, width);
+    const Scene<T> scene(r, C, kind, beside, {width, 1}, anchor, 0, behind, 0);
     const Image<T> blank(r, 1, 1, 1);
-    const auto compare = [&](const Image<T>& got, const char* what, int at, int p) {
-      const bool left = p < 0 && noKind && !(sides & orvBorderInMemLeft);
-      const bool right = p >= width && noKind && !(sides & orvBorderInMemRight);
-      for (int c = 0; c < C; ++c) {
-        const T want = left || right ? blank.at(0, 0) : scene.expected(p + anchor, 0, c), is = got.at(at * C + c, 0);
-        CHECK(memcmp(&want, &is, sizeof(T)) == 0, "%s %s: width %d, %d taps, anchor %d, type %d, pixel %d", name, what,
-              width, taps, anchor, type, p);
-      }
+    // Element k * C + c of a strip or row whose pixel k stands for pixel p.
+    const auto want = [&](int p, int c) {
+      const bool unmade = p < 0 ? !(sides & orvBorderInMemLeft) : p >= width && !(sides & orvBorderInMemRight);
+      return unmade && (kind == 5 || kind == 7) ? blank.at(0, 0) : scene.expected(p + anchor, 0, c);
     };
-    for (int k = 0; k < anchor + ends; ++k) compare(strip, "strip", k, k - anchor);
-    for (int k = 0; k < ends + behind; ++k) compare(strip, "strip", anchor + ends + k, width - ends + k);
-    for (int k = 0; k < anchor + width + behind; ++k) compare(row, "row", k, k - anchor);
-    CHECK(strip.onlyRegionChanged() && row.onlyRegionChanged() && scene.src.unchanged(), "%s", name);
+    const auto check = [&](const char* what, int pixels, auto&& make, const auto& pixelAt) {
+      const Context context(std::string(name) + " " + what + " of " + std::to_string(width) + ", " +
+                            std::to_string(taps) + " taps, anchor " + std::to_string(anchor) + ", type " +
+                            std::to_string(type));
+      Image<T> image(r, pixels, 1, C);
+      make(scene.src.data(), image.data(), width, taps, anchor, type, scene.value.data());
+      expectImage(image, [&](int x, int) { return want(pixelAt(x / C), x % C); });
+    };
+    check("strip", taps - 1 + 2 * ends, fill,
+          [&](int k) { return k < anchor + ends ? k - anchor : k - anchor - 2 * ends + width; });
+    check("row", taps - 1 + width, extendRow<T, C>, [&](int k) { return k - anchor; });
+    CHECK(scene.src.unchanged(), "%s", name);
   }
 }
 
@@ -257,13 +253,13 @@ void checkBits(Random& r) {
   for (int y = 0; y < whole.height; ++y)
     for (int x = 0; x < bytes; ++x) expected.push_back(dst.at(x, y));
   const uint8_t* from = src.data() + (ptrdiff_t)m.top * src.step() - srcFirst;
-  const std::function<int(int, int)> pixel = [&](int x, int y) {
-    return bitAt(from + (ptrdiff_t)y * src.step(), srcOffset + x);
-  };
   for (int y = 0; y < whole.height; ++y)
-    for (int x = 0; x < whole.width; ++x)
-      setBit(&expected[(size_t)(y * bytes)], dstOffset - 8 * dstFirst + x,
-             reference::borderedPixel<int>(pixel, size, x - left, y - top, orvBorderRepl, sides, 0));
+    for (int x = 0; x < whole.width; ++x) {
+      const uint8_t* line =
+          from + (ptrdiff_t)reference::borderRow(orvBorderRepl | sides, y - top, size.height) * src.step();
+      const int column = reference::borderPixel(orvBorderRepl | sides, x - left, size.width);
+      setBit(&expected[(size_t)(y * bytes)], dstOffset - 8 * dstFirst + x, bitAt(line, srcOffset + column));
+    }
 
   uint8_t* to = dst.data() - dstFirst;
   const OrvStatus status = type == orvBorderRepl && r.one(2)
@@ -271,45 +267,23 @@ void checkBits(Random& r) {
                                                                    dstOffset, whole, top, left)
                                : ownorviCopyInMemBorder_1u_C1R(from, src.step(), srcOffset, size, to, dst.step(),
                                                                dstOffset, whole, type, top, left);
-  CHECK(status == orvStatusOk && src.unchanged() && dst.onlyRegionChanged());
-  for (int i = 0; i < whole.height * bytes; ++i)
-    if (dst.at(i % bytes, i / bytes) != expected[(size_t)i])
-      return fail("bits: %dx%d, border %d %d %d %d, type %d, offsets %d %d: byte (%d, %d) is wrong", size.width,
-                  size.height, left, top, right, bottom, type, srcOffset, dstOffset, i % bytes, i / bytes);
+  const Context context("border " + std::to_string(left) + " " + std::to_string(top) + ", type " +
+                        std::to_string(type));
+  CHECK(status == orvStatusOk && src.unchanged(), "offsets %d %d", srcOffset, dstOffset);
+  expectImage(dst, [&](int x, int y) { return expected[(size_t)(y * bytes + x)]; });
 }
 
-// The arguments that every copy into a larger image checks, and how to break them.
-struct CopyArguments {
-  const void* src;
-  int32_t srcStep;
-  OrvSize srcSize;
-  void* dst;
-  int32_t dstStep;
-  OrvSize dstSize;
-  int32_t top, left;
-};
-
-const std::vector<Check<CopyArguments>> copyChecks = {
-    {"null src", orvStatusNullPtr, [](CopyArguments& a) { a.src = nullptr; }},
-    {"null dst", orvStatusNullPtr, [](CopyArguments& a) { a.dst = nullptr; }},
-    {"srcStep 0", orvStatusStep, [](CopyArguments& a) { a.srcStep = 0; }},
-    {"dstStep -4", orvStatusStep, [](CopyArguments& a) { a.dstStep = -4; }},
-    {"source width 0", orvStatusSize, [](CopyArguments& a) { a.srcSize.width = 0; }},
-    {"source height 0", orvStatusSize, [](CopyArguments& a) { a.srcSize.height = 0; }},
-    {"destination too narrow", orvStatusSize, [](CopyArguments& a) { --a.dstSize.width; }},
-    {"destination too low", orvStatusSize, [](CopyArguments& a) { --a.dstSize.height; }},
-    {"negative top", orvStatusSize, [](CopyArguments& a) { a.top = -1; }},
-    {"negative left", orvStatusSize, [](CopyArguments& a) { a.left = -1; }},
-    {"left near 2^31", orvStatusSize, [](CopyArguments& a) { a.left = INT32_MAX; }},
-    {"top near 2^31", orvStatusSize, [](CopyArguments& a) { a.top = INT32_MAX; }},
-};
-
-// Walks copyChecks on a 3x2 image with a border of 2 on the left, 1 above, and none on the right and below.
-void walkCopy(const std::function<OrvStatus(CopyArguments&)>& call) {
-  Random r(seed());
-  Image<uint8_t> src(r, 3 * 16, 2, 1), dst(r, 5 * 16, 3, 1);
-  const CopyArguments valid = {src.data(), src.step(), {3, 2}, dst.data(), dst.step(), {5, 3}, 1, 2};
-  walkChecks<CopyArguments>(valid, copyChecks, call, [&] { return src.unchanged() && dst.unchanged(); });
+// The checks that every copy into a larger image makes. The image is 13 x 5 pixels, the border 2 on the left, 1 above,
+// and none on the right and below: f(src, srcStep, srcSize, dst, dstStep, width, height, top, left).
+template <class F>
+void walkCopy(const F& f) {
+  const auto size = [](int position, double value) { return badValue(position, value, orvStatusSize); };
+  const auto order =
+      eachOf(Fault::null, {0, 2}) + std::vector<Told>{badValue(0, 0, orvStatusStep), badValue(2, -4, orvStatusStep)} +
+      pointersThenSizes({}, 1) +
+      std::vector<Told>{size(3, 14), size(4, 5), size(5, -1), size(6, -1), size(6, INT32_MAX), size(5, INT32_MAX)};
+  walkArguments("copy", f, order, In<uint8_t>(16), Roi(), Out<uint8_t>(64), Value<int32_t>({15}), Value<int32_t>({6}),
+                Value<int32_t>({1}), Value<int32_t>({2}));
 }
 
 }  // namespace
@@ -320,7 +294,7 @@ TEST(index_rule) {
       for (int p = -45; p <= 45; ++p) {
         const ptrdiff_t got = borderIndex(kind, p, n);
         const int want = reference::walkBorder(kind, p, n);
-        CHECK(got == (want == reference::constant ? borderNoPixel : want), "kind %d, pixel %d of %d", kind, p, n);
+        CHECK(got == (want == reference::noPixel ? borderNoPixel : want), "kind %d, pixel %d of %d", kind, p, n);
       }
   // The ends of the range of a line: no product of lengths overflows.
   CHECK(borderIndex(orvBorderMirrR, -1, INT32_MAX) == 0 &&
@@ -397,26 +371,23 @@ TEST(new_images) {
 
 // One member of each body: the others are the same template.
 TEST(statuses) {
-  walkCopy([](CopyArguments& a) {
-    return orviCopyConstBorder_32f_C1R((const float*)a.src, a.srcStep, a.srcSize, (float*)a.dst, a.dstStep, a.dstSize,
-                                       a.top, a.left, 1.f);
+  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
+    return orviCopyConstBorder_32f_C1R((const float*)(void*)src, srcStep, size, (float*)(void*)dst, dstStep, {w, h},
+                                       top, left, 1.f);
   });
-  walkCopy([](CopyArguments& a) {
-    return orviCopyReplicateBorder_32f_C4R((const float*)a.src, a.srcStep, a.srcSize, (float*)a.dst, a.dstStep,
-                                           a.dstSize, a.top, a.left);
+  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
+    return orviCopyReplicateBorder_32f_C4R((const float*)(void*)src, srcStep, size, (float*)(void*)dst, dstStep, {w, h},
+                                           top, left);
   });
-  walkCopy([](CopyArguments& a) {
-    return ownorviCopyInMemBorder_8u_C3R((const uint8_t*)a.src, a.srcStep, a.srcSize, (uint8_t*)a.dst, a.dstStep,
-                                         a.dstSize, orvBorderRepl, a.top, a.left);
+  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
+    return ownorviCopyInMemBorder_8u_C3R(src, srcStep, size, dst, dstStep, {w, h}, orvBorderRepl, top, left);
   });
-  walkCopy([](CopyArguments& a) {
-    return ownorviCopyReplicateBorder_1u_C1R((const uint8_t*)a.src, a.srcStep, 5, a.srcSize, (uint8_t*)a.dst, a.dstStep,
-                                             2, a.dstSize, a.top, a.left);
+  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
+    return ownorviCopyReplicateBorder_1u_C1R(src, srcStep, 5, size, dst, dstStep, 2, {w, h}, top, left);
   });
   // In place there is one pointer and one step: the faults of the source are those of the destination.
-  walkCopy([](CopyArguments& a) {
-    uint8_t* const image = a.src ? (uint8_t*)a.dst : nullptr;
-    return orviCopyReplicateBorder_8u_C3IR(image, a.srcStep >= 1 ? a.dstStep : 0, a.srcSize, a.dstSize, a.top, a.left);
+  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
+    return orviCopyReplicateBorder_8u_C3IR(src ? dst : nullptr, srcStep >= 1 ? dstStep : 0, size, {w, h}, top, left);
   });
   uint8_t pixel = 0;
   CHECK(CopyWithBorder8u(nullptr, 0, {0, 0}, &pixel, 1, 0, {0, 0}, {1, 1}, 0) == orvStatusNullPtr);

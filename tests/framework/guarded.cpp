@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <algorithm>
 #include <map>
 #include <vector>
 
@@ -34,6 +35,10 @@ uint8_t* takePages(size_t bytes) {
   return (uint8_t*)p + page;
 }
 
+bool holdsPattern(const uint8_t* first, const uint8_t* end) {
+  return std::all_of(first, end, [](uint8_t byte) { return byte == pattern; });
+}
+
 }  // namespace
 
 Guarded::Guarded(size_t bytes, bool atEnd, size_t gap) : bytes_(bytes) {
@@ -50,9 +55,8 @@ Guarded::~Guarded() {
 }
 
 bool Guarded::intact() const {
-  for (uint8_t* p = whole_; p < whole_ + wholeBytes_; ++p)
-    if ((p < data_ || p >= data_ + bytes_) && *p != pattern) return false;
-  return true;
+  return holdsPattern(whole_, data_) && holdsPattern(data_ + bytes_, whole_ + wholeBytes_);
 }
+bool Guarded::blank() const { return holdsPattern(data_, data_ + bytes_); }
 
 }  // namespace test

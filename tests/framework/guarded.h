@@ -19,8 +19,9 @@ class Guarded {
   // All readable memory, the surroundings included.
   uint8_t* whole() const { return whole_; }
   size_t wholeBytes() const { return wholeBytes_; }
-  // Whether the surroundings still hold the pattern.
+  // Whether the surroundings still hold the pattern; whether the used bytes do.
   bool intact() const;
+  bool blank() const;
 
  private:
   uint8_t *data_, *whole_;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 #include "framework/guarded.h"
+#include "framework/harness.h"
 #include "framework/random.h"
 
 namespace test {
@@ -77,6 +78,16 @@ bool same(T a, T b) {
   if constexpr (std::is_floating_point<T>::value)
     if (a != a && b != b) return true;
   return memcmp(&a, &b, sizeof(T)) == 0;
+}
+
+// Notes the first element of the region that isn't want(x, y), and any change outside the region.
+template <class T, class Want>
+void expectImage(const Image<T>& image, const Want& want) {
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.elements(); ++x)
+      if (const T got = image.at(x, y), wanted = want(x, y); !same(got, wanted))
+        return fail("element %d of row %d is %.9g, not %.9g", x, y, (double)got, (double)wanted);
+  if (!image.onlyRegionChanged()) fail("written outside the region");
 }
 
 }  // namespace test

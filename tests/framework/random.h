@@ -1,5 +1,6 @@
 // Random numbers and fills: runs of random length in several modes, which find more than noise alone.
 #pragma once
+#include <float.h>
 #include <math.h>
 #include <stdint.h>
 #include <string.h>
@@ -31,17 +32,8 @@ template <class T>
 T randomElement(Random& r, bool wild) {
   if constexpr (std::is_floating_point<T>::value) {
     if (wild && r.one(8)) {
-      const T special[] = {(T)0,
-                           -(T)0,
-                           std::numeric_limits<T>::infinity(),
-                           -std::numeric_limits<T>::infinity(),
-                           std::numeric_limits<T>::quiet_NaN(),
-                           std::numeric_limits<T>::denorm_min(),
-                           std::numeric_limits<T>::max(),
-                           -std::numeric_limits<T>::max(),
-                           (T)1e-30,
-                           (T)3e19};
-      return special[r.in(0, 9)];
+      const double special[] = {0, -0.0, INFINITY, -INFINITY, NAN, 1.4e-45, FLT_MAX, -FLT_MAX, 1e-30, 3e19};
+      return (T)special[r.in(0, 9)];
     }
     return (T)(r.in(-1000000, 1000000) * ldexp(1.0, r.in(-16, -4)));
   } else {

@@ -1,6 +1,5 @@
 #define _GNU_SOURCE
 #include "steered_core.h"
-#include <pthread.h>
 #include <stdatomic.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -46,21 +45,13 @@ __attribute__((constructor)) static void readEnvironment(void) {
 /* ---- call log ---- */
 
 static char callLog[4096];
-static size_t callLogLength;
-static atomic_bool callLogFull;
-static pthread_mutex_t callLogLock = PTHREAD_MUTEX_INITIALIZER;
+static _Atomic size_t callLogLength;
 
+/* Each call takes its place in the text first; places beyond the end are left out. */
 static void logCall(const char* call) {
-  if (atomic_load(&callLogFull)) return;
-  pthread_mutex_lock(&callLogLock);
-  const size_t length = strlen(call);
-  if (callLogLength + length < sizeof callLog) {
-    memcpy(callLog + callLogLength, call, length);
-    callLogLength += length;
-  } else {
-    atomic_store(&callLogFull, 1);
-  }
-  pthread_mutex_unlock(&callLogLock);
+  if (callLogLength >= sizeof callLog) return;
+  const size_t length = strlen(call), place = atomic_fetch_add(&callLogLength, length);
+  if (place + length < sizeof callLog) memcpy(callLog + place, call, length);
 }
 
 API const char* steeredCallLog(void) { return callLog; }
@@ -103,20 +94,14 @@ int32_t orvGetMaxCacheSizeB(int32_t* size) {
 /* ---- steering ---- */
 
 API void steerThreads(int32_t threads) { threadCount = threads < 1 ? 1 : threads; }
-
 API void steerCores(int32_t cores) { coreCount = cores < 1 ? 1 : cores; }
-
 API void steerCache(int32_t bytes) { cacheBytes = bytes; }
-
 API void steerFailAllocation(int32_t kth) {
   failing = kth;
   allocations = 0;
 }
-
 API int32_t steeredLiveAllocations(void) { return live; }
-
 API int32_t steeredAllocations(void) { return allocations; }
-
 API int32_t steeredThreadsFromEnvironment(void) { return environmentThreads; }
 
 /* ---- memory ---- */

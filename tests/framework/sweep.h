@@ -9,9 +9,10 @@
 // nothing else may change. walkArguments() takes the same roles and the told order of the checks.
 //
 // A role is a record with: prepare (new memory and content for a shape), arguments (a tuple, of the candidate or of the
-// reference), reset (before a call), verify (after it). A family with arguments of its own adds roles of its own.
+// reference), reset (before a call), verify (after it), untouched. A family with arguments of its own adds roles.
 #pragma once
 #include <stdio.h>
+#include <functional>
 #include <optional>
 #include <tuple>
 #include "framework/image.h"
@@ -23,19 +24,17 @@ namespace test {
 
 enum class Side { candidate, reference };
 
-// How an argument is spoiled for walkArguments().
-enum class Fault { null, smallStep, misalignedStep, width, height };
-
 // An image that is read, written or both. The reference works on an image of its own.
 template <class T>
 struct ImageRole {
   int channels;
-  bool reads, writes, wild;
+  bool reads, writes, wild = false;
+  // How far readable pixels reach around the region; it may draw the numbers that decide this, for roles behind.
+  std::function<Margin(Random&, const Shape&)> margin;
   std::optional<Image<T>> candidate, expected;
-  bool nullFault = false, smallFault = false, alignFault = false;
 
   void prepare(Random& r, const Shape& shape) {
-    candidate.emplace(r, shape.width, shape.height, channels);
+    candidate.emplace(r, shape.width, shape.height, channels, margin ? margin(r, shape) : Margin());
     candidate->fill(r, wild);
     if (!writes) return;
     expected.emplace(r, shape.width, shape.height, channels);
@@ -45,46 +44,32 @@ struct ImageRole {
   }
   std::tuple<T*, int32_t> arguments(Side side) {
     Image<T>& image = side == Side::reference && writes ? *expected : *candidate;
-    int32_t step = image.step();
-    if (smallFault) step = (image.elements() - 1) * (int32_t)sizeof(T);
-    if (alignFault) step += 1;
-    return {nullFault ? nullptr : image.data(), step};
+    return {image.data(), image.step()};
   }
-  void spoil(Fault fault) {
-    nullFault |= fault == Fault::null;
-    smallFault |= fault == Fault::smallStep;
-    alignFault |= fault == Fault::misalignedStep;
-  }
-  void mend() { nullFault = smallFault = alignFault = false; }
   void reset() { candidate->restore(); }
   bool untouched() const { return candidate->unchanged(); }
   void verify(int position) const {
-    if (!writes) {
-      if (!candidate->unchanged()) fail("argument %d: a source has changed", position);
-      return;
-    }
-    for (int y = 0; y < candidate->height(); ++y)
-      for (int x = 0; x < candidate->elements(); ++x) {
-        const T got = candidate->at(x, y), want = expected->at(x, y);
-        if (same(got, want)) continue;
-        fail("argument %d: element %d of row %d is %.9g, not %.9g", position, x, y, (double)got, (double)want);
-        return;
-      }
-    if (!candidate->onlyRegionChanged()) fail("argument %d: written outside the region", position);
+    const Context context("argument " + std::to_string(position));
+    if (writes) expectImage(*candidate, [&](int x, int y) { return expected->at(x, y); });
+    else if (!candidate->unchanged()) fail("a source has changed");
+  }
+  // A step that is too small, as misaligned as the given one.
+  int32_t shortStep(int32_t step) const {
+    return (candidate->elements() - 1) * (int32_t)sizeof(T) + step % (int32_t)sizeof(T);
   }
 };
 
 template <class T>
 ImageRole<T> In(int channels = 1) {
-  return {channels, true, false, false, {}, {}};
+  return {channels, true, false, false, {}, {}, {}};
 }
 template <class T>
 ImageRole<T> Out(int channels = 1) {
-  return {channels, false, true, false, {}, {}};
+  return {channels, false, true, false, {}, {}, {}};
 }
 template <class T>
 ImageRole<T> InOut(int channels = 1) {
-  return {channels, true, true, false, {}, {}};
+  return {channels, true, true, false, {}, {}, {}};
 }
 // The same with infinities, NaNs, denormals and minus zero among the content.
 template <class Role>
@@ -92,10 +77,16 @@ Role wild(Role role) {
   role.wild = true;
   return role;
 }
+// The same with readable pixels beyond its sides.
+template <class Role, class MarginOf>
+Role around(Role role, MarginOf margin) {
+  role.margin = margin;
+  return role;
+}
 
 // A byte mask: runs of zero and of any other values.
 struct Mask : ImageRole<uint8_t> {
-  Mask() : ImageRole<uint8_t>{1, true, false, false, {}, {}} {}
+  Mask() : ImageRole<uint8_t>(In<uint8_t>()) {}
   void prepare(Random& r, const Shape& shape) {
     ImageRole<uint8_t>::prepare(r, shape);
     const int mode = r.in(0, 5);  // 0 all zero, 1 none zero, else mixed
@@ -110,39 +101,61 @@ struct Mask : ImageRole<uint8_t> {
   }
 };
 
-struct Roi {
-  OrvSize size{};
-  bool widthFault = false, heightFault = false;
-  void prepare(Random&, const Shape& shape) { size = {shape.width, shape.height}; }
-  std::tuple<OrvSize> arguments(Side) {
-    OrvSize s = size;
-    if (widthFault) s.width = 0;
-    if (heightFault) s.height = -3;
-    return {s};
-  }
-  void spoil(Fault fault) {
-    widthFault |= fault == Fault::width;
-    heightFault |= fault == Fault::height;
-  }
-  void mend() { widthFault = heightFault = false; }
+// What roles without memory of their own have in common.
+struct Plain {
   void reset() {}
   bool untouched() const { return true; }
   void verify(int) const {}
 };
 
-// A number passed by value: one of the given ones, another for each shape.
+struct Roi : Plain {
+  OrvSize size{};
+  void prepare(Random&, const Shape& shape) { size = {shape.width, shape.height}; }
+  std::tuple<OrvSize> arguments(Side) { return {size}; }
+};
+
+// A number or pointer passed by value: one of the given ones, another for each shape, or what a function draws.
 template <class T>
-struct Value {
-  std::vector<T> choices;
+struct Value : Plain {
+  std::function<T(Random&)> draw;
   T chosen{};
-  explicit Value(std::vector<T> list) : choices(std::move(list)) {}
-  void prepare(Random& r, const Shape&) { chosen = choices[(size_t)r.in(0, (int)choices.size() - 1)]; }
+  explicit Value(std::vector<T> list)
+      : draw([list](Random& r) { return list[(size_t)r.in(0, (int)list.size() - 1)]; }) {}
+  void prepare(Random& r, const Shape&) { chosen = draw(r); }
   std::tuple<T> arguments(Side) { return {chosen}; }
-  void spoil(Fault) {}
-  void mend() {}
-  void reset() {}
-  bool untouched() const { return true; }
-  void verify(int) const {}
+};
+template <class T>
+Value<T> DrawnBy(std::function<T(Random&)> draw) {
+  Value<T> value(std::vector<T>{});
+  value.draw = std::move(draw);
+  return value;
+}
+// A variable that a role before this one sets.
+template <class T>
+Value<T> The(const T& variable) {
+  return DrawnBy<T>([&variable](Random&) { return variable; });
+}
+
+// Working memory of exactly the reported size, which may depend on the threads, at any address.
+struct Scratch {
+  std::function<OrvStatus(OrvSize, int32_t*)> size;
+  OrvSize roi{};
+  size_t gap = 0;
+  bool atEnd = true;
+  std::shared_ptr<Guarded> memory;
+  explicit Scratch(std::function<OrvStatus(OrvSize, int32_t*)> report) : size(std::move(report)) {}
+  void prepare(Random& r, const Shape& shape) {
+    roi = {shape.width, shape.height};
+    atEnd = !r.one(4), gap = (size_t)r.in(0, 70);
+  }
+  std::tuple<uint8_t*> arguments(Side) { return {memory ? memory->data() : nullptr}; }
+  void reset() {
+    int32_t bytes = -1;
+    if (size(roi, &bytes) != orvStatusOk || bytes < 0) return fail("no size");
+    memory = std::make_shared<Guarded>((size_t)bytes, atEnd, gap);
+  }
+  bool untouched() const { return memory->blank(); }
+  void verify(int) const { CHECK(memory->intact(), "written outside the buffer"); }
 };
 
 // Results written through a pointer, as means and norms are. `tolerance` is relative, 0 for equal bits.
@@ -150,26 +163,15 @@ template <class T>
 struct Result {
   int count;
   double tolerance;
-  bool nullFault = false;
   std::shared_ptr<Guarded> memory;
   std::vector<T> expected;
   explicit Result(int elements = 1, double relative = 0) : count(elements), tolerance(relative) {}
-  void prepare(Random&, const Shape&) {
-    memory = std::make_shared<Guarded>(sizeof(T) * (size_t)count, true, 0);
-    expected.assign((size_t)count, T());
-    reset();
-  }
+  void prepare(Random&, const Shape&) { expected.assign((size_t)count, T()); }
   std::tuple<T*> arguments(Side side) {
-    return {nullFault ? nullptr : side == Side::reference ? expected.data() : (T*)(void*)memory->data()};
+    return {side == Side::reference ? expected.data() : (T*)(void*)memory->data()};
   }
-  void spoil(Fault fault) { nullFault |= fault == Fault::null; }
-  void mend() { nullFault = false; }
-  void reset() { memset(memory->data(), 0x5C, memory->bytes()); }
-  bool untouched() const {
-    for (size_t i = 0; i < memory->bytes(); ++i)
-      if (memory->data()[i] != 0x5C) return false;
-    return true;
-  }
+  void reset() { memory = std::make_shared<Guarded>(sizeof(T) * (size_t)count, true, 0); }
+  bool untouched() const { return memory->blank(); }
   void verify(int position) const {
     for (int i = 0; i < count; ++i) {
       T got;
@@ -192,14 +194,26 @@ inline std::string describe(const char* name, const Shape& shape) {
   return std::string(name) + " " + std::to_string(shape.width) + "x" + std::to_string(shape.height);
 }
 
+// The numbers among the arguments.
+template <class... Argument>
+std::string numbers(const std::tuple<Argument...>& arguments) {
+  std::string text;
+  const auto add = [&](const auto& v) {
+    if constexpr (std::is_arithmetic<std::decay_t<decltype(v)>>::value) text += " " + std::to_string(v);
+  };
+  std::apply([&](const auto&... v) { (add(v), ...); }, arguments);
+  return text;
+}
+
 }  // namespace detail
 
 template <class Function, class Reference, class... Role>
-void sweep(const char* name, Function function, Reference reference, Shape threaded, Role... roles) {
-  Random r(seed());
-  for (const Shape& shape : shapes(threaded)) {
-    const Context context(detail::describe(name, shape));
+void sweepShapes(const char* name, Function function, Reference reference, const std::vector<Shape>& list, Random& r,
+                 Role... roles) {
+  for (const Shape& shape : list) {
     (roles.prepare(r, shape), ...);
+    const Context context(detail::describe(name, shape) +
+                          detail::numbers(std::tuple_cat(roles.arguments(Side::reference)...)));
     detail::invoke(reference, Side::reference, roles...);
     forEachSetting(shape.threaded, [&] {
       (roles.reset(), ...);
@@ -210,48 +224,104 @@ void sweep(const char* name, Function function, Reference reference, Shape threa
     });
   }
 }
+template <class Function, class Reference, class... Role>
+void sweep(const char* name, Function function, Reference reference, Shape threaded, Role... roles) {
+  Random r(seed());
+  sweepShapes(name, function, reference, shapes(threaded), r, roles...);
+}
+
+// How an argument is spoiled for walkArguments().
+enum class Fault { null, smallStep, misalignedStep, width, height, value };
 
 // One check in the told order: the fault of the argument at a position.
 struct Told {
   Fault fault;
   int position;
+  OrvStatus status = orvStatusOk;  // of Fault::value; the others have their own
+  double value = 0;
 };
+inline Told badValue(int position, double value, OrvStatus status = orvStatusBadArg) {
+  return {Fault::value, position, status, value};
+}
 
-// Nulls of all images, then width and height: what nearly every function checks first. `nulls` are the positions.
-inline std::vector<Told> pointersThenSizes(std::vector<int> nulls, int roi) {
+// The same fault at several positions, for a list of checks.
+inline std::vector<Told> eachOf(Fault fault, const std::vector<int>& positions) {
   std::vector<Told> order;
-  for (const int position : nulls) order.push_back({Fault::null, position});
-  order.push_back({Fault::width, roi});
-  order.push_back({Fault::height, roi});
+  for (const int position : positions) order.push_back({fault, position});
   return order;
 }
+inline std::vector<Told> operator+(std::vector<Told> first, const std::vector<Told>& then) {
+  first.insert(first.end(), then.begin(), then.end());
+  return first;
+}
+
+// Nulls of all images, then width and height: what nearly every function checks first. `nulls` are the positions.
+inline std::vector<Told> pointersThenSizes(const std::vector<int>& nulls, int roi) {
+  return eachOf(Fault::null, nulls) + std::vector<Told>{{Fault::width, roi}, {Fault::height, roi}};
+}
+
+namespace detail {
+
+template <class Role>
+auto shortStepOf(const Role& role, int32_t step) -> decltype(role.shortStep(step)) {
+  return role.shortStep(step);
+}
+template <class Role, class Number>
+Number shortStepOf(const Role&, Number step) {
+  return step;
+}
+
+// Spoils one argument if the fault is its kind's.
+template <class Role, class T>
+bool spoil(const Role& role, T& argument, const Told& told) {
+  if constexpr (std::is_pointer<T>::value) {
+    if (told.fault == Fault::null) return argument = nullptr, true;
+  } else if constexpr (std::is_same<T, OrvSize>::value) {
+    if (told.fault == Fault::width) return argument.width = 0, true;
+    if (told.fault == Fault::height) return argument.height = -3, true;
+  } else if constexpr (std::is_arithmetic<T>::value) {
+    if (told.fault == Fault::value) return argument = (T)told.value, true;
+    if (told.fault == Fault::misalignedStep) return argument = (T)((int32_t)argument | 1), true;
+    if (told.fault == Fault::smallStep) return argument = shortStepOf(role, argument), true;
+  }
+  return false;
+}
+
+// What a role passes, with the faults at its position: each spoils the first argument of its kind.
+template <class Role>
+auto spoilt(Role& role, int position, const std::vector<Told>& faults) {
+  auto arguments = role.arguments(Side::candidate);
+  for (const Told& told : faults)
+    if (told.position == position)
+      std::apply([&](auto&... argument) { return (spoil(role, argument, told) || ...); }, arguments);
+  return arguments;
+}
+
+}  // namespace detail
 
 // Walks the argument checks of a described function; `order` names the faults as the function tests them.
 template <class Function, class... Role>
 void walkArguments(const char* name, Function function, const std::vector<Told>& order, Role... roles) {
   Random r(seed());
   const Context context(name);
-  const Shape shape{13, 5};
-  (roles.prepare(r, shape), ...);
+  (roles.prepare(r, {13, 5}), ...);
   (roles.reset(), ...);
-  const auto spoil = [&](const Told& told) {
-    int position = 0;
-    ((position++ == told.position ? roles.spoil(told.fault) : void()), ...);
-  };
   static const OrvStatus statuses[] = {orvStatusNullPtr, orvStatusStep, orvStatusStepAlign, orvStatusSize,
                                        orvStatusSize};
-  static const char* const texts[] = {"null", "small step", "misaligned step", "width", "height"};
+  static const char* const texts[] = {"null", "small step", "misaligned step", "width", "height", "value"};
   std::vector<Check<std::vector<Told>>> checks;
   for (const Told& told : order)
     checks.push_back({std::string(texts[(int)told.fault]) + " of argument " + std::to_string(told.position),
-                      statuses[(int)told.fault], [told](std::vector<Told>& faults) { faults.push_back(told); }});
+                      told.fault == Fault::value ? told.status : statuses[(int)told.fault],
+                      [told](std::vector<Told>& faults) { faults.push_back(told); }});
   walkChecks<std::vector<Told>>(
       {}, checks,
       [&](std::vector<Told>& faults) {
-        for (const Told& told : faults) spoil(told);
-        const OrvStatus status = detail::invoke(function, Side::candidate, roles...);
-        (roles.mend(), ...);
-        return status;
+        int position = 0;
+        const auto next = [&] { return position++; };
+        const std::tuple passed{detail::spoilt(roles, next(), faults)...};  // braces: from the first to the last
+        return std::apply([&](const auto&... tuples) { return std::apply(function, std::tuple_cat(tuples...)); },
+                          passed);
       },
       [&] { return (roles.untouched() && ...); });
 }

@@ -26,8 +26,6 @@ struct Camera {
   std::tuple<float, float, float, float, float, float> arguments(Side) const {
     return {value[0], value[1], value[2], value[3], value[4], value[5]};
   }
-  void spoil(Fault fault) { (void)fault; }
-  void mend() {}
   void reset() {}
   bool untouched() const { return true; }
   void verify(int) const {}
@@ -48,8 +46,6 @@ struct Buffer {
     memory = r.one(2) ? nullptr : std::make_shared<Guarded>((size_t)bytes, true, (size_t)r.in(0, 7));
   }
   std::tuple<uint8_t*> arguments(Side) const { return {memory ? memory->data() : nullptr}; }
-  void spoil(Fault) {}
-  void mend() {}
   void reset() {}
   bool untouched() const { return true; }
   void verify(int) const { CHECK(!memory || memory->intact()); }

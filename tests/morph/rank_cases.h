@@ -1,6 +1,6 @@
 // Rank filters against their plain form, in exactly the reported scratch; statuses.
 #pragma once
-#include "features/roles.h"
+#include "framework/sweep.h"
 #include "reference/rank_filter.h"
 
 namespace test {
@@ -9,11 +9,11 @@ using RankBytes = OrvStatus (*)(int32_t, OrvSize, int32_t*);
 
 // A window, its anchor and its scratch. Small ones, and on the last shapes of a sweep those that the driver cuts
 // differently: many rows, strips, one column, one row, more than the image.
-struct Window : Buffer {
+struct Window : Scratch {
   RankBytes bytes;
   OrvSize mask{};
   OrvPoint anchor{};
-  explicit Window(RankBytes report) : Buffer(nullptr), bytes(report) {}
+  explicit Window(RankBytes report) : Scratch(nullptr), bytes(report) {}
   void prepare(Random& r, const Shape& shape) {
     static int next = 0;
     const OrvSize high[] = {{3, 33}, {1, 40}, {5, 70}, {2, 95}, {1, 200}};
@@ -24,10 +24,10 @@ struct Window : Buffer {
     anchor = {r.in(0, mask.width - 1), r.in(0, mask.height - 1)};
     if (r.one(4)) anchor = {mask.width - 1, 0};
     size = [this](OrvSize roi, int32_t* result) { return bytes(roi.width, mask, result); };
-    Buffer::prepare(r, shape);
+    Scratch::prepare(r, shape);
   }
   std::tuple<OrvSize, OrvPoint, uint8_t*> arguments(Side side) {
-    return {mask, anchor, std::get<0>(Buffer::arguments(side))};
+    return {mask, anchor, std::get<0>(Scratch::arguments(side))};
   }
 };
 

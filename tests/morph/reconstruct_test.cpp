@@ -1,7 +1,7 @@
 // Reconstruction against repeated elementary steps, on random images, mazes and spirals; sizes and statuses.
 //
 // One body serves both variants.
-#include "features/roles.h"
+#include "framework/sweep.h"
 #include "reference/reconstruct.h"
 
 using namespace test;
@@ -63,7 +63,7 @@ void check(const char* name, Reconstruct<T> function, Bytes size, Shape threaded
   const auto plain = [=](const T* mask, int32_t maskStep, T* marker, int32_t step, OrvSize roi, uint8_t*,
                          int32_t norm) { reference::reconstruct(mask, maskStep, marker, step, roi, norm, grow); };
   threaded.threaded = true;
-  sweep(name, function, plain, threaded, Ground<T>(content), Marker<T>(content, grow), Roi(), Buffer(size),
+  sweep(name, function, plain, threaded, Ground<T>(content), Marker<T>(content, grow), Roi(), Scratch(size),
         Value<int32_t>({0, 1}));
 }
 
@@ -77,7 +77,7 @@ void checkBoth(const char* name, Reconstruct<T> function, Bytes size) {
     for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
       order.push_back({fault, image});
   for (const int norm : {-1, 2}) {
-    walkArguments(name, function, order, In<T>(), InOut<T>(), Roi(), Buffer(size), Value<int32_t>({norm}));
+    walkArguments(name, function, order, In<T>(), InOut<T>(), Roi(), Scratch(size), Value<int32_t>({norm}));
     T marker = 1;
     uint8_t buffer[600];
     CHECK(function(&marker, sizeof(T), &marker, sizeof(T), {1, 1}, buffer, norm) == orvStatusBadArg);

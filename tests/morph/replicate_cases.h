@@ -20,7 +20,7 @@ struct Record {
   RecordMaker<State> maker;
   std::shared_ptr<Guarded> memory{};
   std::shared_ptr<State> allocated{};
-  bool given = false, nullFault = false;
+  bool given = false;
   OrvSize serves{};
   void prepare(Random& r, const Shape& shape) {
     serves = {shape.width, shape.height};
@@ -30,11 +30,7 @@ struct Record {
     allocated = std::shared_ptr<State>(record, [this](State* p) { CHECK(p && maker.release(p) == orvStatusOk); });
     given = r.one(2);
   }
-  std::tuple<State*> arguments(Side) {
-    return {nullFault ? nullptr : given ? (State*)(void*)memory->data() : allocated.get()};
-  }
-  void spoil(Fault fault) { nullFault |= fault == Fault::null; }
-  void mend() { nullFault = false; }
+  std::tuple<State*> arguments(Side) { return {given ? (State*)(void*)memory->data() : allocated.get()}; }
   void reset() {}
   bool untouched() const { return true; }
   void verify(int) const { CHECK(memory->intact()); }

@@ -1,6 +1,6 @@
 // The dyadic steps against their plain forms.
 #pragma once
-#include "features/roles.h"
+#include "framework/sweep.h"
 #include "reference/pyramid.h"
 
 namespace test {
@@ -23,7 +23,7 @@ void checkDyadic(const char* name, Step<T> step, int channels, bool up) {
   const auto plain = [=](const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, uint8_t*) {
     (up ? reference::pyrUp<T> : reference::pyrDown<T>)(src, srcStep, dst, dstStep, roi, channels);
   };
-  const Buffer buffer([=](OrvSize roi, int32_t* bytes) {
+  const Scratch buffer([=](OrvSize roi, int32_t* bytes) {
     const int32_t row = (roi.width * (up ? 8 : 4) * channels + 15) & ~15;
     *bytes = row * (up ? 3 : 6) + 64;  // as the functions for sizes report
     return orvStatusOk;

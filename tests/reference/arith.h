@@ -22,46 +22,31 @@ inline float addWeighted(Pixel p) {
   return p.d + (p.kept ? part : 0.f);
 }
 
-// Images of one source, of one and a mask, of two sources, and of all; `Alpha` is nothing or the weight.
+// Accumulations of one source, of two, of either under a mask; `Alpha` is nothing or the weight. No source or mask:
+// null.
+template <float (*next)(Pixel), class T, class... Alpha>
+void accumulate(const T* src, int32_t srcStep, const T* src2, int32_t src2Step, const uint8_t* mask, int32_t maskStep,
+                float* srcDst, int32_t srcDstStep, OrvSize roi, Alpha... alpha) {
+  forEachElement(roi, 1, [&](int y, int x) {
+    const float s = (float)load(src, srcStep, y, x), t = src2 ? (float)load(src2, src2Step, y, x) : 0;
+    const Pixel p = {s, t, load(srcDst, srcDstStep, y, x), (0.f + ... + alpha),
+                     !mask || load(mask, maskStep, y, x) != 0};
+    store(srcDst, srcDstStep, y, x, next(p));
+  });
+}
 template <float (*next)(Pixel), class T, class... Alpha>
 void plain(const T* src, int32_t srcStep, float* srcDst, int32_t srcDstStep, OrvSize roi, Alpha... alpha) {
-  forEachElement(roi, 1, [&](int y, int x) {
-    const float s = (float)load(src, srcStep, y, x), d = load(srcDst, srcDstStep, y, x);
-    store(srcDst, srcDstStep, y, x, next({s, 0, d, (0.f + ... + alpha), true}));
-  });
+  accumulate<next, T>(src, srcStep, nullptr, 0, nullptr, 0, srcDst, srcDstStep, roi, alpha...);
 }
 template <float (*next)(Pixel), class T, class... Alpha>
 void masked(const T* src, int32_t srcStep, const uint8_t* mask, int32_t maskStep, float* srcDst, int32_t srcDstStep,
             OrvSize roi, Alpha... alpha) {
-  forEachElement(roi, 1, [&](int y, int x) {
-    const float s = (float)load(src, srcStep, y, x), d = load(srcDst, srcDstStep, y, x);
-    store(srcDst, srcDstStep, y, x, next({s, 0, d, (0.f + ... + alpha), load(mask, maskStep, y, x) != 0}));
-  });
+  accumulate<next, T>(src, srcStep, nullptr, 0, mask, maskStep, srcDst, srcDstStep, roi, alpha...);
 }
 template <class T>
 void product(const T* src1, int32_t src1Step, const T* src2, int32_t src2Step, float* srcDst, int32_t srcDstStep,
              OrvSize roi) {
-  forEachElement(roi, 1, [&](int y, int x) {
-    const float s = (float)load(src1, src1Step, y, x), t = (float)load(src2, src2Step, y, x);
-    store(srcDst, srcDstStep, y, x, addProduct({s, t, load(srcDst, srcDstStep, y, x), 0, true}));
-  });
-}
-template <class T>
-void productMasked(const T* src1, int32_t src1Step, const T* src2, int32_t src2Step, const uint8_t* mask,
-                   int32_t maskStep, float* srcDst, int32_t srcDstStep, OrvSize roi) {
-  forEachElement(roi, 1, [&](int y, int x) {
-    const float s = (float)load(src1, src1Step, y, x), t = (float)load(src2, src2Step, y, x);
-    const bool kept = load(mask, maskStep, y, x) != 0;
-    store(srcDst, srcDstStep, y, x, addProduct({s, t, load(srcDst, srcDstStep, y, x), 0, kept}));
-  });
-}
-// The weighted step from src2 towards src1 into a third image.
-inline void weightedInto(const float* src1, int32_t src1Step, const float* src2, int32_t src2Step, float* dst,
-                         int32_t dstStep, OrvSize roi, float alpha) {
-  forEachElement(roi, 1, [&](int y, int x) {
-    const float s = load(src1, src1Step, y, x), d = load(src2, src2Step, y, x);
-    store(dst, dstStep, y, x, addWeighted({s, 0, d, alpha, true}));
-  });
+  accumulate<addProduct, T>(src1, src1Step, src2, src2Step, nullptr, 0, srcDst, srcDstStep, roi);
 }
 
 template <class T>
@@ -69,20 +54,13 @@ T distance(T a, T b) {
   if constexpr (std::is_floating_point<T>::value) return copysignf(a - b, 1.f);
   else return (T)(a > b ? a - b : b - a);
 }
-template <class T, int channels = 1>
-void absDiff(const T* src1, int32_t src1Step, const T* src2, int32_t src2Step, T* dst, int32_t dstStep, OrvSize roi) {
-  forEachElement(roi, channels, [&](int y, int x) {
-    store(dst, dstStep, y, x, distance(load(src1, src1Step, y, x), load(src2, src2Step, y, x)));
-  });
-}
 template <class T, class Value>
 void absDiffC(const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, Value value) {
   if constexpr (std::is_integral<T>::value) {
     if (value < 0) value = 0;
     if (value > (T)-1) value = (T)-1;
   }
-  forEachElement(roi, 1,
-                 [&](int y, int x) { store(dst, dstStep, y, x, distance(load(src, srcStep, y, x), (T)value)); });
+  unary(1, [=](T v) { return distance(v, (T)value); })(src, srcStep, dst, dstStep, roi);
 }
 
 }  // namespace reference

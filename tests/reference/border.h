@@ -1,17 +1,15 @@
 // The border rule by walking: away from the end of the line, pixel by pixel.
 #pragma once
-#include <functional>
-#include <vector>
-#include "framework/subject.h"
+#include "reference/pointwise.h"
 
 namespace reference {
 
-constexpr int constant = -1000000;  // no pixel: the border value
+constexpr int noPixel = INT32_MIN;  // the border value stands there
 
 // The pixel that the walk from pixel 0 or n - 1 reaches at p.
 inline int walkBorder(int kind, int p, int n) {
   if (p >= 0 && p < n) return p;
-  if (kind == orvBorderConst) return constant;
+  if (kind == orvBorderConst) return noPixel;
   int at = p < 0 ? 0 : n - 1, direction = p < 0 ? -1 : 1;
   for (int steps = p < 0 ? -p : p - n + 1; steps > 0; --steps) {
     const bool atEnd = direction < 0 ? at == 0 : at == n - 1;
@@ -33,12 +31,21 @@ inline int walkBorder(int kind, int p, int n, bool memoryBefore, bool memoryBehi
   return (p < 0 && memoryBefore) || (p >= n && memoryBehind) ? p : walkBorder(kind, p, n);
 }
 
-// What stands at (x, y) of a bordered region: rows first, then columns.
+// The same by a border type: its kind, the flags of the sides `before` and `behind`, four sides for orvBorderInMem.
+inline int borderPixel(int type, int p, int n, int before = orvBorderInMemLeft, int behind = orvBorderInMemRight) {
+  const bool all = (type & 15) == orvBorderInMem;
+  return walkBorder(type & 15, p, n, all || type & before, all || type & behind);
+}
+inline int borderRow(int type, int y, int height) {
+  return borderPixel(type, y, height, orvBorderInMemTop, orvBorderInMemBottom);
+}
+
+// What stands at (x, y) of a bordered region: rows first, then columns inside the row.
 template <class T>
-T borderedPixel(const std::function<T(int, int)>& pixel, OrvSize size, int x, int y, int kind, int sides, T value) {
-  const int row = walkBorder(kind, y, size.height, sides & orvBorderInMemTop, sides & orvBorderInMemBottom);
-  const int column = walkBorder(kind, x, size.width, sides & orvBorderInMemLeft, sides & orvBorderInMemRight);
-  return row == constant || column == constant ? value : pixel(column, row);
+T borderedPixel(const T* src, int32_t step, OrvSize roi, int x, int y, int type, T value, int channels = 1,
+                int channel = 0) {
+  const int row = borderRow(type, y, roi.height), column = borderPixel(type, x, roi.width);
+  return row == noPixel || column == noPixel ? value : load(src, step, row, column * channels + channel);
 }
 
 }  // namespace reference

@@ -75,8 +75,7 @@ inline void cannyImage(const uint8_t* src, int32_t step, uint8_t* dst, int32_t d
   const int kind = borderType & 1 ? orvBorderRepl : orvBorderConst, half = form == GradientForm::sobel5 ? 2 : 1;
   cannyEdges(roi, high, dst, dstStep, [&](int x, int y) -> CannyPixel {
     const auto r = [&](int i, int c) -> int {
-      return borderedPixel<uint8_t>([&](int u, int v) { return load(src, step, v, u); }, roi, x + c, y + i - half, kind,
-                                    borderType & 240, value);
+      return borderedPixel(src, step, roi, x + c, y + i - half, kind | (borderType & 240), value);
     };
     int gx, gy;
     gradient<int>(form, r, &gx, &gy);

@@ -1,43 +1,31 @@
 // Plain forms of the fixed filters: whole images of filtered rows first, then the columns.
 #pragma once
+#include <functional>
 #include <map>
 #include <string>
-#include <vector>
 #include "reference/pipeline.h"
 
 namespace reference {
 
-inline std::vector<int> fixedTaps(const std::string& name) {
-  static const std::map<std::string, std::vector<int>> tables = {
-      {"Dx3", {-1, 0, 1}},         {"DxNeg3", {1, 0, -1}},
-      {"Dx5", {-1, -2, 0, 2, 1}},  {"DxNeg5", {1, 2, 0, -2, -1}},
-      {"D2x3", {1, -2, 1}},        {"D2x5", {1, 0, -2, 0, 1}},
-      {"Sobel3", {1, 2, 1}},       {"Sobel5", {1, 4, 6, 4, 1}},
-      {"SobelNeg3", {-1, -2, -1}}, {"SobelNeg5", {-1, -4, -6, -4, -1}},
-      {"Scharr3", {3, 10, 3}},     {"Avr3", {1, 1, 1}},
-      {"Avr5", {1, 1, 1, 1, 1}},   {"Lap3", {1, 0, 1}},
-      {"Eight3", {0, 8, 0}}};
-  return tables.at(name);
-}
-
-// What a line of n pixels shows at p, for the sides `before` and `behind` of a border type.
-inline int fixedPixel(int p, int n, int borderType, int before, int behind) {
-  const bool all = (borderType & 15) == orvBorderInMem;
-  if ((p < 0 && (all || borderType & before)) || (p >= n && (all || borderType & behind))) return p;
-  return borderPixel(p, n, borderType & 15);
-}
-
-// The pixel (x, y) of an image with its border: rows first, then columns inside the row.
+using Taps = std::vector<int>;
 template <class T>
-T borderedPixel(const T* src, int32_t step, OrvSize roi, int x, int y, int borderType, T value) {
-  const int row = fixedPixel(y, roi.height, borderType, orvBorderInMemTop, orvBorderInMemBottom);
-  const int column = fixedPixel(x, roi.width, borderType, orvBorderInMemLeft, orvBorderInMemRight);
-  return row == borderValuePixel || column == borderValuePixel ? value : load(src, step, row, column);
+using RowOf = std::conditional_t<std::is_same<T, float>::value, float, int16_t>;
+
+inline const Taps& fixedTaps(const std::string& name) {
+  static const std::map<std::string, Taps> tables = {{"Dx3", {-1, 0, 1}},         {"DxNeg3", {1, 0, -1}},
+                                                     {"Dx5", {-1, -2, 0, 2, 1}},  {"DxNeg5", {1, 2, 0, -2, -1}},
+                                                     {"D2x3", {1, -2, 1}},        {"D2x5", {1, 0, -2, 0, 1}},
+                                                     {"Sobel3", {1, 2, 1}},       {"Sobel5", {1, 4, 6, 4, 1}},
+                                                     {"SobelNeg3", {-1, -2, -1}}, {"SobelNeg5", {-1, -4, -6, -4, -1}},
+                                                     {"Scharr3", {3, 10, 3}},     {"Avr3", {1, 1, 1}},
+                                                     {"Avr5", {1, 1, 1, 1, 1}},   {"Lap3", {1, 0, 1}},
+                                                     {"Eight3", {0, 8, 0}}};
+  return tables.at(name);
 }
 
 // A float sum, or an exact one, of taps that aren't 0.
 template <class R, class Element>
-R tapSum(const std::vector<int>& taps, const Element& element) {
+R tapSum(const Taps& taps, const Element& element) {
   R sum = 0;
   for (int i = 0; i < (int)taps.size(); ++i)
     if (taps[(size_t)i] != 0) sum = (R)(sum + (R)((R)taps[(size_t)i] * (R)element(i)));
@@ -45,101 +33,81 @@ R tapSum(const std::vector<int>& taps, const Element& element) {
 }
 
 // Rows -K / 2 .. height + K / 2 - 1, filtered. A constant row is the tap sum times the value, all over.
-template <class T, class R>
-std::vector<std::vector<R>> fixedRows(const T* src, int32_t step, OrvSize roi, const std::vector<int>& taps,
-                                      int borderType, T value) {
+template <class T, class R = RowOf<T>>
+std::vector<std::vector<R>> fixedRows(const T* src, int32_t step, OrvSize roi, const Taps& taps, int type, T value) {
   const int half = (int)taps.size() / 2;
   std::vector<std::vector<R>> rows;
   for (int y = -half; y < roi.height + half; ++y) {
-    const int source = fixedPixel(y, roi.height, borderType, orvBorderInMemTop, orvBorderInMemBottom);
-    std::vector<R> row;
-    for (int x = 0; x < roi.width; ++x)
-      row.push_back(tapSum<R>(taps, [&](int i) {
-        return source == borderValuePixel ? value
-                                          : borderedPixel(src, step, roi, x - half + i, source, borderType, value);
-      }));
-    if (source == borderValuePixel) {
-      int sum = 0;
-      for (const int tap : taps) sum += tap;
-      for (R& r : row) r = (R)((R)sum * (R)value) + 0;
-    }
-    rows.push_back(row);
+    const int from = borderRow(type, y, roi.height);
+    const R constant = (R)(tapSum<R>(taps, [](int) { return 1; }) * (R)value) + 0;
+    rows.emplace_back((size_t)roi.width, constant);
+    for (int x = 0; x < roi.width && from != noPixel; ++x)
+      rows.back()[(size_t)x] =
+          tapSum<R>(taps, [&](int i) { return borderedPixel(src, step, roi, x - half + i, from, type, value); });
   }
   return rows;
 }
 
-// A whole number times 1 / divisor: to nearest in the first width & ~15 pixels, towards zero in the rest.
-inline int8_t dividedByte(int sum, int divisor, bool whole) {
-  const float value = (float)sum * (1.0f / (float)divisor);
-  return whole ? nearestTo<int8_t>(value) : clampTo<int8_t>(value);
-}
+// All plain forms take the same arguments; a divisor counts for bytes with a sign alone.
+template <class T, class D>
+using FixedForm = std::function<void(const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, int32_t mask,
+                                     int32_t type, T value, int32_t divisor, uint8_t* buffer)>;
 
-template <class D, class R>
-D fixedColumn(const std::vector<std::vector<R>>& rows, const std::vector<int>& taps, int x, int y, int width,
-              int divisor) {
-  if constexpr (std::is_same<D, int8_t>::value) {
-    std::vector<int16_t> shortTaps(taps.begin(), taps.end());
-    std::vector<const int16_t*> pointers;
-    for (size_t i = 0; i < taps.size(); ++i) pointers.push_back(rows[(size_t)y + i].data());
-    return filteredColumn<int16_t, int8_t>(pointers.data(), width, 1, x, shortTaps.data(), (int)taps.size(), divisor,
-                                           Arithmetic::scaled);
-  } else {
-    return tapSum<R>(taps, [&](int i) { return rows[(size_t)(y + i)][(size_t)x]; });
-  }
-}
-
-// A filter with row taps and column taps.
-template <class T, class R, class D>
-void separable(const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, const std::vector<int>& rowTaps,
-               const std::vector<int>& columnTaps, int borderType, T value, int divisor) {
-  const auto rows = fixedRows<T, R>(src, srcStep, roi, rowTaps, borderType, value);
-  for (int y = 0; y < roi.height; ++y)
-    for (int x = 0; x < roi.width; ++x)
-      store(dst, dstStep, y, x, fixedColumn<D>(rows, columnTaps, x, y, roi.width, divisor));
-}
-
-template <class T, class R, class D>
-void laplacian3(const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, int borderType, T value,
-                int divisor) {
-  const auto a = fixedRows<T, R>(src, srcStep, roi, fixedTaps("Lap3"), borderType, value);
-  const auto b = fixedRows<T, R>(src, srcStep, roi, fixedTaps("Eight3"), borderType, value);
-  for (int y = 0; y < roi.height; ++y)
-    for (int x = 0; x < roi.width; ++x) {
-      const size_t r = (size_t)y, c = (size_t)x;
+// The filter with the named tables: "DxNeg" stands for DxNeg3 or DxNeg5, by the mask.
+template <class T, class D>
+FixedForm<T, D> separable(std::string rowTaps, std::string columnTaps) {
+  return [=](const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, int32_t mask, int32_t type, T value,
+             int32_t divisor, uint8_t*) {
+    const std::string digit = mask == orvMaskSize5x5 ? "5" : "3";
+    const Taps& taps = fixedTaps(columnTaps + digit);
+    const auto rows = fixedRows(src, srcStep, roi, fixedTaps(rowTaps + digit), type, value);
+    forEachElement(roi, 1, [&](int y, int x) {
+      const auto row = [&](int i) { return rows[(size_t)(y + i)][(size_t)x]; };
+      const bool whole = x < (roi.width & ~15);
       if constexpr (std::is_same<D, int8_t>::value)
         store(dst, dstStep, y, x,
-              fixedColumn<D>(std::vector<std::vector<R>>{a[r], b[r + 1], a[r + 2]}, {2, -1, 2}, x, 0, roi.width,
-                             divisor));
-      else store(dst, dstStep, y, x, (D)(2 * (a[r][c] + a[r + 2][c]) - b[r + 1][c]));
-    }
+              columnOutput<int16_t, D>({taps.begin(), taps.end()}, divisor, Arithmetic::scaled, whole, row));
+      else store(dst, dstStep, y, x, tapSum<D>(taps, row));
+    });
+  };
 }
 
-template <class T, class R, class D>
-void laplacian5(const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, int borderType, T value,
-                int divisor) {
-  const auto smooth = fixedRows<T, R>(src, srcStep, roi, fixedTaps("Sobel5"), borderType, value);
-  const auto second = fixedRows<T, R>(src, srcStep, roi, fixedTaps("D2x5"), borderType, value);
-  for (int y = 0; y < roi.height; ++y)
-    for (int x = 0; x < roi.width; ++x) {
-      const auto r = [&](int i) { return second[(size_t)(y + i)][(size_t)x]; };
-      const R added = (R)((R)((R)((r(1) + r(3)) * 4) + (R)(r(2) * 6)) + (R)(r(0) + r(4)));
-      const R sum = (R)(fixedColumn<R>(smooth, fixedTaps("D2x5"), x, y, roi.width, 1) + added);
-      if constexpr (std::is_same<D, int8_t>::value)
-        store(dst, dstStep, y, x, dividedByte(sum, divisor, x < (roi.width & ~15)));
-      else store(dst, dstStep, y, x, (D)sum);
+template <class T, class D, class R = RowOf<T>>
+void laplacian(const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, int32_t mask, int32_t type, T value,
+               int32_t divisor, uint8_t*) {
+  const bool small = mask == orvMaskSize3x3, isByte = std::is_same<D, int8_t>::value;
+  const auto a = fixedRows(src, srcStep, roi, fixedTaps(small ? "Lap3" : "Sobel5"), type, value);
+  const auto b = fixedRows(src, srcStep, roi, fixedTaps(small ? "Eight3" : "D2x5"), type, value);
+  forEachElement(roi, 1, [&](int y, int x) {
+    const auto p = [&](int i) { return a[(size_t)(y + i)][(size_t)x]; };
+    const auto q = [&](int i) { return b[(size_t)(y + i)][(size_t)x]; };
+    const bool whole = x < (roi.width & ~15);
+    R sum;
+    if (small) {
+      sum = (R)(2 * (p(0) + p(2)) - q(1));
+    } else {
+      const R added = (R)((R)((R)((q(1) + q(3)) * 4) + (R)(q(2) * 6)) + (R)(q(0) + q(4)));
+      sum = (R)(tapSum<R>(fixedTaps("D2x5"), p) + added);
     }
+    if (!isByte) return store(dst, dstStep, y, x, (D)sum);
+    const auto planes = [&](int i) { return (int16_t)(i == 1 ? q(1) : p(i)); };
+    store(dst, dstStep, y, x,
+          small ? columnOutput<int16_t, D>({2, -1, 2}, divisor, Arithmetic::scaled, whole, planes)
+                : divided<D>((int32_t)sum, divisor, Arithmetic::scaled, whole));
+  });
 }
 
-template <class T, class R>
-void lowpass(const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, int size, int borderType, T value) {
-  const auto taps = fixedTaps(size == 3 ? "Avr3" : "Avr5");
-  const auto rows = fixedRows<T, R>(src, srcStep, roi, taps, borderType, value);
-  for (int y = 0; y < roi.height; ++y)
-    for (int x = 0; x < roi.width; ++x) {
-      const R sum = fixedColumn<R>(rows, taps, x, y, roi.width, 1);
-      if constexpr (std::is_same<T, float>::value) store(dst, dstStep, y, x, sum * (size == 3 ? 0.11111111f : 0.04f));
-      else store(dst, dstStep, y, x, (T)std::min(255, size == 3 ? ((sum + 5) * 7280) >> 16 : (sum * 2621) >> 16));
-    }
+template <class T, class R = RowOf<T>>
+void lowpass(const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, int32_t mask, int32_t type, T value,
+             int32_t, uint8_t*) {
+  const bool small = mask == orvMaskSize3x3;
+  const Taps& taps = fixedTaps(small ? "Avr3" : "Avr5");
+  const auto rows = fixedRows(src, srcStep, roi, taps, type, value);
+  forEachElement(roi, 1, [&](int y, int x) {
+    const R sum = tapSum<R>(taps, [&](int i) { return rows[(size_t)(y + i)][(size_t)x]; });
+    if constexpr (std::is_same<T, float>::value) store(dst, dstStep, y, x, sum * (small ? 0.11111111f : 0.04f));
+    else store(dst, dstStep, y, x, (T)std::min(255, small ? ((sum + 5) * 7280) >> 16 : (sum * 2621) >> 16));
+  });
 }
 
 }  // namespace reference

@@ -26,6 +26,34 @@ struct Pixels {
   }
 };
 
+// body(pixels, output...) as a function with the arguments of a member: an image, perhaps a mask, the region, perhaps
+// the channel of interest, then what it writes.
+template <class T, class Body, class... Out>
+void callMember(const Pixels<T>& p, const Body& body, Out*... out) {
+  body(p, out...);
+}
+template <class T, class Body, class... Rest>
+void callMember(Pixels<T> p, const Body& body, int32_t coi, Rest... rest) {
+  p.coi = coi;
+  callMember(p, body, rest...);
+}
+template <class T, class Body, class... Rest>
+void callMember(Pixels<T> p, const Body& body, OrvSize roi, Rest... rest) {
+  p.roi = roi;
+  callMember(p, body, rest...);
+}
+template <class T, class Body, class... Rest>
+void callMember(Pixels<T> p, const Body& body, const uint8_t* mask, int32_t maskStep, Rest... rest) {
+  p.mask = mask, p.maskStep = maskStep;
+  callMember(p, body, rest...);
+}
+template <class T, class Body>
+auto member(int channels, Body body) {
+  return [=](const T* src, int32_t step, auto... rest) {
+    callMember(Pixels<T>{src, step, nullptr, 0, {}, channels}, body, rest...);
+  };
+}
+
 template <class T>
 constexpr bool isFloat = std::is_floating_point<T>::value;
 
@@ -45,7 +73,7 @@ struct Sum {
 };
 
 template <class T>
-void meanStdDev(const Pixels<T>& p, double* mean, double* stdDev) {
+void meanStdDev(const Pixels<T>& p, double* mean, double* stdDev = nullptr) {
   using Wide = std::conditional_t<isFloat<T>, double, int64_t>;
   int64_t n = 0;
   Sum<T> sum, squares, deviations;
@@ -53,10 +81,10 @@ void meanStdDev(const Pixels<T>& p, double* mean, double* stdDev) {
     const Wide v = p.at(x, y);
     ++n, sum.add(x, v), squares.add(x, v * v);
   });
-  *mean = *stdDev = 0;
-  if (n == 0) return;
-  const double m = sum.total() / (double)n, d = sqrt(fabs(squares.total() / (double)n - m * m));
-  *mean = m, *stdDev = d;
+  const double m = n ? sum.total() / (double)n : 0, d = n ? sqrt(fabs(squares.total() / (double)n - m * m)) : 0;
+  *mean = m;
+  if (!stdDev) return;
+  *stdDev = d;
   if (!isFloat<T> || !(0.05 * m * m > d * d)) return;
   p.forEach([&](int x, int y) { deviations.add(x, ((double)p.at(x, y) - m) * ((double)p.at(x, y) - m)); });
   *stdDev = sqrt(deviations.total() / (double)n);

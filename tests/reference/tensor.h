@@ -50,11 +50,10 @@ struct Tensor {
 template <class T>
 Tensor eigenTensor(const T* src, int32_t step, OrvSize roi, bool scharr, int aperture, int window) {
   using R = std::conditional_t<std::is_same<T, float>::value, float, int16_t>;
-  const std::string digit = aperture == 5 ? "5" : "3";
   std::vector<R> dx((size_t)(roi.width * roi.height)), dy = dx;
   const auto filter = [&](const std::string& row, const std::string& column, std::vector<R>& dst) {
-    separable<T, R, R>(src, step, dst.data(), roi.width * (int32_t)sizeof(R), roi, fixedTaps(row + digit),
-                       fixedTaps(column + digit), orvBorderRepl, 0, 1);
+    separable<T, R>(row, column)(src, step, dst.data(), roi.width * (int32_t)sizeof(R), roi, aperture * 11,
+                                 orvBorderRepl, 0, 1, nullptr);
   };
   filter(scharr ? "Dx" : "DxNeg", scharr ? "Scharr" : "Sobel", dx);
   filter(scharr ? "Scharr" : "Sobel", "Dx", dy);

@@ -1,7 +1,7 @@
 // Flood fills against the plain form, in scratch memory of exactly the reported size.
 #pragma once
 #include "distance/distance_roles.h"
-#include "features/roles.h"
+#include "framework/sweep.h"
 #include "reference/flood.h"
 
 namespace test {
@@ -57,9 +57,14 @@ struct Region : Result<uint8_t> {
   Region() : Result(sizeof(OrvConnectedComp)) {}
   std::tuple<OrvConnectedComp*> arguments(Side side) {
     if (side == Side::reference) memset(&plain, 0x5C, sizeof plain);
-    return {nullFault ? nullptr : side == Side::reference ? &plain : (OrvConnectedComp*)(void*)memory->data()};
+    return {side == Side::reference ? &plain : (OrvConnectedComp*)(void*)memory->data()};
   }
-  void verify(int) const { CHECK(memcmp(memory->data(), &plain, sizeof plain) == 0, "the record"); }
+  void verify(int) const {
+    OrvConnectedComp unwritten;
+    memset(&unwritten, 0x5C, sizeof unwritten);
+    const bool stays = memcmp(&plain, &unwritten, sizeof plain) == 0;
+    CHECK(stays ? memory->blank() : memcmp(memory->data(), &plain, sizeof plain) == 0, "the record");
+  }
 };
 
 // All forms as functions of pointers to a value and two deltas.
@@ -90,7 +95,7 @@ void checkFlood(const char* name, OrvStatus (*form)(T*, int32_t, OrvSize, OrvPoi
   };
   const auto run = uniform(form);
   // As reported, computed anew: the size functions are one for both variants.
-  const Buffer buffer([=](OrvSize size, int32_t* bytes) {
+  const Scratch buffer([=](OrvSize size, int32_t* bytes) {
     const int32_t w = size.width, h = size.height;
     *bytes = rule == Rule::grad ? (w + 2) * (h + 2) + 16 * w * h + 64 : 6 * w * h + 32;
     return orvStatusOk;

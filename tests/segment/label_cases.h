@@ -1,7 +1,7 @@
 // Labelling against the plain form, in scratch memory of exactly the reported size.
 #pragma once
 #include <array>
-#include "features/roles.h"
+#include "framework/sweep.h"
 #include "reference/labelling.h"
 
 namespace test {
@@ -52,7 +52,7 @@ void checkLabels(const char* name, Function function, Reference plain, int32_t l
                  OrvStatus (*size)(OrvSize, int32_t*), const Images&... images) {
   const auto roles = [&](auto body, std::vector<int32_t> high) {
     body(images..., Roi(), Value<int32_t>({1, 3, 5}), Value<int32_t>(high), Value<int32_t>({0, 1}), Result<int32_t>(),
-         Buffer(size));
+         Scratch(size));
   };
   roles([&](auto... role) { sweep(name, function, plain, {}, role...); }, {5, 7, limit - 1, limit - 1});
   roles([&](auto... role) { walkArguments(name, function, order, role...); }, {limit});

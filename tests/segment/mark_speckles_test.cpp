@@ -24,7 +24,7 @@ void plainSpeckles(T* image, int32_t step, OrvSize size, T speckle, int32_t most
 
 template <class T>
 void speckles(const char* name, Mark<T> function, std::vector<T> values, std::vector<T> differences, bool stepChecked) {
-  const Buffer buffer(
+  const Scratch buffer(
       [](OrvSize roi, int32_t* bytes) { return orviMarkSpecklesGetBufferSize(roi, orvData8u, 1, bytes); });
   const Value<int32_t> sizes({0, 1, 2, 5, 1000, -1, INT32_MIN});
   sweep(name, function, plainSpeckles<T>, {60, 60}, wild(InOut<T>()), Roi(), Value<T>(values), sizes,

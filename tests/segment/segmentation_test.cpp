@@ -1,6 +1,6 @@
 // Watershed and growing by gradient.
 // One body serves both variants.
-#include "features/roles.h"
+#include "framework/sweep.h"
 #include "reference/segmentation.h"
 
 using namespace test;
@@ -47,13 +47,13 @@ void check(const char* name, Segment<T> segment, Bytes size, int channels,
            void (*plain)(const uint8_t*, int32_t, T*, int32_t, OrvSize, int32_t, int32_t, uint8_t*)) {
   const Value<int32_t> flags({queue, queue | line4, queue | line8, both | line4 | line8, both});
   sweep(name, segment, plain, {300, 230}, Relief(channels), Seeds<T>(), Roi(), Value<int32_t>({0, 1}), flags,
-        Buffer(size));
+        Scratch(size));
   std::vector<Told> order = pointersThenSizes({0, 1, 5}, 2);
   for (const int image : {0, 1}) order.push_back({Fault::smallStep, image});
   if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 1});
   for (const int flag : {0, 1, 2, 3})
     walkArguments(name, segment, order, Relief(channels), Seeds<T>(), Roi(), Value<int32_t>({9}),
-                  Value<int32_t>({flag}), Buffer(size));
+                  Value<int32_t>({flag}), Scratch(size));
   int32_t bytes = 5;
   CHECK(size({0, 1}, nullptr) == orvStatusNullPtr && size({0, 1}, &bytes) == orvStatusSize &&
         size({1, 0}, &bytes) == orvStatusSize && bytes == 5);
@@ -79,8 +79,8 @@ void sweepsFindCheapestWays(Segment<T> segment, Bytes size) {
     const auto to = reference::around(roi);
     Relief relief(1);
     Seeds<T> seeds;
-    Buffer buffer(size);
-    relief.prepare(r, shape), seeds.prepare(r, shape), buffer.prepare(r, shape);
+    Scratch buffer(size);
+    relief.prepare(r, shape), seeds.prepare(r, shape), buffer.prepare(r, shape), buffer.reset();
     const Image<uint8_t>& src = *relief.candidate;
     const Image<T>& markers = *seeds.candidate;
     const auto height = reference::framed(src.data(), src.step(), roi, 0);
