@@ -23,7 +23,8 @@ inline std::vector<OrvPointPolar> houghLines(const uint8_t* src, int32_t step, O
   const double scale = (double)(1.0f / delta.rho) * 1024.0;
   const auto counts = [&](int i) {
     const float theta = (float)i * delta.theta;
-    return !region || (theta >= std::max(region[0].theta, 0.f) && theta <= std::min(region[1].theta, 3.14159f));
+    const auto bound = [&](int k) { return std::min(std::max(region[k].theta, 0.f), 3.14159f); };
+    return !region || (theta >= bound(0) && theta <= bound(1));
   };
   float angle = 0;
   for (int i = 0; i < g.numAngle; ++i, angle += delta.theta) {
