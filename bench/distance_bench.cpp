@@ -54,8 +54,8 @@ bool addTrue(const char* name, Content content) {
     return [=] { orviTrueDistanceTransform_8u32f_C1R(s.data, s.step, d.data, d.step, f.roi, buffer.get()); };
   });
 }
-bool addMarching(const char* name, Content content, float radius = 0) {
-  return bench::add(name, {1, bench::threaded}, [=](const Frame& f) {
+bool addMarching(const char* name, Content content, float radius = 0, std::vector<OrvSize> sizes = {}) {
+  return bench::add(name, {1, bench::threaded, sizes}, [=](const Frame& f) {
     auto s = drawn(f, content);
     auto d = f.image<float>();
     int32_t bytes = 0;
@@ -92,6 +92,7 @@ const bool others[] = {
     addMarching("orviFastMarching_8u32f_C1R", photograph),
     addMarching("orviFastMarching_8u32f_C1R,one_pixel", onePixel),
     addMarching("orviFastMarching_8u32f_C1R,maze", maze),
+    addMarching("orviFastMarching_8u32f_C1R,maze,growing", maze, 0, {{1024, 1024}, {2048, 2048}, {4096, 4096}}),
     addMarching("orviFastMarching_8u32f_C1R,hole", hole),
     addMarching("orviFastMarching_8u32f_C1R,hole,radius:3", hole, 3),
     addInpaint("orviInpaint_8u_C1R,method:0,with_marching", 0, true),
