@@ -1,4 +1,4 @@
-// Standard line detection against its plain form; sizes, statuses and a case worked by hand.
+// Standard line detection against its plain form; sizes and statuses.
 // One body serves both variants.
 #include "features/hough_cases.h"
 
@@ -67,65 +67,46 @@ struct Arguments {
   OrvSize roi;
   OrvPointPolar delta;
   int32_t threshold;
-  OrvPointPolar* lines;
-  OrvPointPolar* part;
+  OrvPointPolar *lines, *part;
   int32_t most;
   int32_t* count;
   uint8_t* buffer;
 };
+enum { whole = 1, region = 2, both = 3 };
+
+OrvStatus run(int function, const Arguments& a) {
+  return function == whole
+             ? orviHoughLine_8u32f_C1R(a.src, a.step, a.roi, a.delta, a.threshold, a.lines, a.most, a.count, a.buffer)
+             : orviHoughLine_Region_8u32f_C1R(a.src, a.step, a.roi, a.lines, a.part, a.most, a.count, a.delta,
+                                              a.threshold, a.buffer);
+}
 
 }  // namespace
 
 TEST(statuses) {
+  const std::vector<SharedCheck<Arguments>> checks = {
+      {region, {"part", orvStatusNullPtr, [](Arguments& a) { a.part = nullptr; }}},
+      {both, {"src", orvStatusNullPtr, [](Arguments& a) { a.src = nullptr; }}},
+      {both, {"lines", orvStatusNullPtr, [](Arguments& a) { a.lines = nullptr; }}},
+      {both, {"count", orvStatusNullPtr, [](Arguments& a) { a.count = nullptr; }}},
+      {both, {"buffer", orvStatusNullPtr, [](Arguments& a) { a.buffer = nullptr; }}},
+      {both, {"step", orvStatusStep, [](Arguments& a) { a.step = 0; }}},
+      {both, {"width", orvStatusSize, [](Arguments& a) { a.roi.width = 0; }}},
+      {both, {"height", orvStatusSize, [](Arguments& a) { a.roi.height = -1; }}},
+      {both, {"most", orvStatusSize, [](Arguments& a) { a.most = 0; }}},
+      {both, {"no rho", orvStatusBadArg, [](Arguments& a) { a.delta.rho = 0; }}},
+      {both, {"rho", orvStatusBadArg, [](Arguments& a) { a.delta.rho = 16.5f; }}},
+      {both, {"no theta", orvStatusBadArg, [](Arguments& a) { a.delta.theta = 0; }}},
+      {both, {"theta", orvStatusBadArg, [](Arguments& a) { a.delta.theta = 3.1416f; }}},
+      {both, {"threshold", orvStatusBadArg, [](Arguments& a) { a.threshold = 0; }}}};
   std::vector<uint8_t> src(64, 1), buffer(1 << 20);
-  OrvPointPolar lines[4] = {{-7, 0}}, part[2] = {{-9, -1}, {9, 9}}, inverted[2] = {{0, 1}, {0, .5f}};
+  OrvPointPolar lines[4] = {{-7, 0}}, part[2] = {{-9, -1}, {9, 9}};
   int32_t count = -7;
   const Arguments valid = {src.data(), 8, {8, 8}, {1, .1f}, 3, lines, part, 4, &count, buffer.data()};
-  std::vector<Check<Arguments>> checks = {{"src", orvStatusNullPtr, [](Arguments& a) { a.src = nullptr; }},
-                                          {"lines", orvStatusNullPtr, [](Arguments& a) { a.lines = nullptr; }},
-                                          {"count", orvStatusNullPtr, [](Arguments& a) { a.count = nullptr; }},
-                                          {"buffer", orvStatusNullPtr, [](Arguments& a) { a.buffer = nullptr; }},
-                                          {"step", orvStatusStep, [](Arguments& a) { a.step = 0; }},
-                                          {"width", orvStatusSize, [](Arguments& a) { a.roi.width = 0; }},
-                                          {"height", orvStatusSize, [](Arguments& a) { a.roi.height = -1; }},
-                                          {"most", orvStatusSize, [](Arguments& a) { a.most = 0; }},
-                                          {"no rho", orvStatusBadArg, [](Arguments& a) { a.delta.rho = 0; }},
-                                          {"rho", orvStatusBadArg, [](Arguments& a) { a.delta.rho = 16.5f; }},
-                                          {"no theta", orvStatusBadArg, [](Arguments& a) { a.delta.theta = 0; }},
-                                          {"theta", orvStatusBadArg, [](Arguments& a) { a.delta.theta = 3.1416f; }},
-                                          {"threshold", orvStatusBadArg, [](Arguments& a) { a.threshold = 0; }}};
-  const auto untouched = [&] { return count == -7 && lines[0].rho == -7 && part[1].theta == 9; };
-  walkChecks<Arguments>(
-      valid, checks,
-      [](Arguments& a) {
-        return orviHoughLine_8u32f_C1R(a.src, a.step, a.roi, a.delta, a.threshold, a.lines, a.most, a.count, a.buffer);
-      },
-      untouched);
-  const auto region = [](const Arguments& a) {
-    return orviHoughLine_Region_8u32f_C1R(a.src, a.step, a.roi, a.lines, a.part, a.most, a.count, a.delta, a.threshold,
-                                          a.buffer);
-  };
-  checks.insert(checks.begin(), {"part", orvStatusNullPtr, [](Arguments& a) { a.part = nullptr; }});
-  walkChecks<Arguments>(valid, checks, region, untouched);
-  for (const int which : {0, 1}) {
-    Arguments a = valid;
-    a.part = inverted, count = -7;
-    if (which) inverted[1] = {-1, 2};
-    CHECK(region(a) == orvStatusRange && count == 0);
-  }
-}
-
-// A perfect line of 20 votes must be above the threshold.
-TEST(thresholds) {
-  const OrvPointPolar delta = {1, 1.5707f};
-  const OrvSize roi = {20, 9};
-  uint8_t image[180] = {};
-  for (int x = 0; x < 20; ++x) image[5 * 20 + x] = 1;
-  std::vector<uint8_t> buffer(1 << 16);
-  OrvPointPolar line[4];
-  int32_t count;
-  for (const int32_t threshold : {19, 20, 21}) {
-    orviHoughLine_8u32f_C1R(image, 20, roi, delta, threshold, line, 4, &count, buffer.data());
-    CHECK(count == (threshold < 20) && (count == 0 || (line[0].rho == 5 && line[0].theta == 1.5707f)));
+  for (const int function : {whole, region})
+    walkShared(function, valid, checks, run, [&] { return count == -7 && lines[0].rho == -7 && part[1].theta == 9; });
+  for (const OrvPointPolar& high : {OrvPointPolar{0, .5f}, OrvPointPolar{-1, 2}}) {
+    part[0] = {0, 1}, part[1] = high, count = -7;
+    CHECK(run(region, valid) == orvStatusRange && count == 0);
   }
 }

@@ -1,4 +1,4 @@
-// Probabilistic line detection against its plain form; sizes, statuses and a case worked by hand.
+// Probabilistic line detection against its plain form; sizes and statuses.
 #include "features/hough_cases.h"
 
 using namespace test;
@@ -83,21 +83,4 @@ TEST(statuses) {
                                            (const OrvHoughProbState*)a.state);
       },
       [&] { return count == -7 && segment[0] == -7; });
-}
-
-// A perfect line of 20 votes may be at the threshold.
-TEST(thresholds) {
-  const OrvPointPolar delta = {1, 1.5707f};
-  const OrvSize roi = {20, 9};
-  uint8_t image[180] = {};
-  for (int x = 0; x < 20; ++x) image[5 * 20 + x] = 1;
-  std::vector<uint8_t> buffer(1 << 16), memory(64);
-  auto* const state = (OrvHoughProbState*)(void*)memory.data();
-  int32_t count, segment[16];
-  orviHoughProbLineInit_8u32f_C1R(roi, delta, 0, state);
-  for (const int32_t threshold : {19, 20, 21}) {
-    orviHoughProbLine_8u32f_C1R(image, 20, roi, threshold, 5, 0, segment, 4, &count, buffer.data(), state);
-    CHECK(count == (threshold <= 20), "threshold %d: %d segments", threshold, count);
-    if (count == 1) CHECK(segment[1] == 5 && segment[3] == 5 && abs(segment[0] - segment[2]) == 19);
-  }
 }
