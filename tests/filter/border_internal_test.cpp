@@ -288,14 +288,7 @@ void walkCopy(const F& f) {
 
 }  // namespace
 
-TEST(index_rule) {
-  for (const int kind : kinds)
-    for (int n = 1; n <= 9; ++n)
-      for (int p = -45; p <= 45; ++p) {
-        const ptrdiff_t got = borderIndex(kind, p, n);
-        const int want = reference::walkBorder(kind, p, n);
-        CHECK(got == (want == reference::noPixel ? borderNoPixel : want), "kind %d, pixel %d of %d", kind, p, n);
-      }
+TEST(long_lines) {
   // The ends of the range of a line: no product of lengths overflows.
   CHECK(borderIndex(orvBorderMirrR, -1, INT32_MAX) == 0 &&
         borderIndex(orvBorderMirr, INT32_MAX, INT32_MAX) == INT32_MAX - 2);
