@@ -340,12 +340,9 @@ TEST(windows) {
 }
 
 TEST(new_images) {
-  checkNewImage(1, ownCopyWithBorder_8u_C1R);
-  checkNewImage(3, ownCopyWithBorder_8u_C3R);
-  checkNewImage(1, ownCopyWithBorder_16u_C1R);
-  checkNewImage(3, ownCopyWithBorder_16u_C3R);
-  checkNewImage(1, ownCopyWithBorder_32f_C1R);
-  checkNewImage(3, ownCopyWithBorder_32f_C3R);
+  checkNewImage(1, ownCopyWithBorder_8u_C1R), checkNewImage(3, ownCopyWithBorder_8u_C3R);
+  checkNewImage(1, ownCopyWithBorder_16u_C1R), checkNewImage(3, ownCopyWithBorder_16u_C3R);
+  checkNewImage(1, ownCopyWithBorder_32f_C1R), checkNewImage(3, ownCopyWithBorder_32f_C3R);
 }
 
 // One member of each body: the others are the same template.

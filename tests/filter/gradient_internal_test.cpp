@@ -95,11 +95,11 @@ void sweepGradient(const char* name, GradientFunction<T, R> function, reference:
 
 TEST(gradientVectors) {
   using reference::GradientForm;
-  sweepGradient("Sobel3_8u16s", orviGradientVectorSobel_8u16s_C1R, GradientForm::sobel3);
-  sweepGradient("Sobel5_8u16s", orviGradientVectorSobel_8u16s_C1R, GradientForm::sobel5);
+  for (const auto form : {GradientForm::sobel3, GradientForm::sobel5}) {
+    sweepGradient("Sobel_8u16s", orviGradientVectorSobel_8u16s_C1R, form);
+    sweepGradient("Sobel_32f", orviGradientVectorSobel_32f_C1R, form);
+  }
   sweepGradient("Scharr_8u16s", orviGradientVectorScharr_8u16s_C1R, GradientForm::scharr3);
-  sweepGradient("Sobel3_32f", orviGradientVectorSobel_32f_C1R, GradientForm::sobel3);
-  sweepGradient("Sobel5_32f", orviGradientVectorSobel_32f_C1R, GradientForm::sobel5);
   sweepGradient("Scharr_32f", orviGradientVectorScharr_32f_C1R, GradientForm::scharr3);
 }
 
@@ -175,17 +175,15 @@ TEST(boxStatuses) {
                        int32_t border, const float* v, uint8_t* buffer) {
     return orviFilterBoxBorder_32f_C1R(src, srcStep, dst, dstStep, roi, {boxWidth, 2}, border, v, buffer);
   };
-  const auto walk = [&](OrvBorderType border, const Told& last) {
-    const auto order = eachOf(Fault::null, {0, 1, 6}) +
-                       std::vector<Told>{badValue(0, 0, orvStatusStep), badValue(1, -1, orvStatusStep),
-                                         at(2, Fault::height), badValue(3, 0, orvStatusMaskSize), last};
-    walkArguments("box", call, order, In<float>(), Out<float>(), Roi(), Value<int32_t>({3}), Value<int32_t>({border}),
-                  Value<const float*>({&value}), Scratch([](OrvSize roi, int32_t* bytes) {
-                    return orviFilterBoxBorderGetBufferSize(roi, {3, 2}, orvData32f, 1, bytes);
-                  }));
-  };
-  walk(orvBorderConst, at(5, Fault::null));
-  walk(orvBorderRepl, badValue(4, orvBorderMirr, orvStatusBorder));
+  walkArguments("box", call,
+                eachOf(Fault::null, {0, 1, 6}) +
+                    std::vector<Told>{badValue(0, 0, orvStatusStep), badValue(1, -1, orvStatusStep),
+                                      at(2, Fault::height), badValue(3, 0, orvStatusMaskSize),
+                                      badValue(4, orvBorderMirr, orvStatusBorder), at(5, Fault::null)},
+                In<float>(), Out<float>(), Roi(), Value<int32_t>({3}), Value<int32_t>({orvBorderConst}),
+                Value<const float*>({&value}), Scratch([](OrvSize roi, int32_t* bytes) {
+                  return orviFilterBoxBorderGetBufferSize(roi, {3, 2}, orvData32f, 1, bytes);
+                }));
   const auto size = [](OrvSize roi, int32_t boxHeight, OrvDataType type, int32_t channels, int32_t* bytes) {
     return orviFilterBoxBorderGetBufferSize(roi, {3, boxHeight}, type, channels, bytes);
   };
