@@ -57,19 +57,31 @@ struct Scene {
 
   // Whether `pixel(x, y)`, x in elements, is the expected picture; sNaNs and signs of zero count.
   template <class Pixel>
-  void compare(const char* name, const Pixel& pixel) const {
+  void compare(const Pixel& pixel) const {
     for (int y = 0; y < whole().height; ++y)
       for (int x = 0; x < whole().width * channels; ++x) {
         const T want = expected(x / channels, y, x % channels), got = pixel(x, y);
         if (memcmp(&want, &got, sizeof(T)) == 0) continue;
-        return fail("%s: %dx%d, border %d %d %d %d, kind %d, sides %d: element (%d, %d) is %g, not %g", name,
-                    size.width, size.height, left, top, right, bottom, kind, sides, x, y, (double)got, (double)want);
+        return fail(
+            "%zu bytes, %d channels, %dx%d, border %d %d %d %d, kind %d, sides %d: element (%d, %d) is %g, not %g",
+            sizeof(T), channels, size.width, size.height, left, top, right, bottom, kind, sides, x, y, (double)got,
+            (double)want);
       }
+  }
+
+  template <class F, class... Rest>
+  OrvStatus copy(F f, Image<T>& dst, Rest... rest) const {
+    return f(src.data(), src.step(), size, dst.data(), dst.step(), whole(), rest...);
   }
 };
 
+// The sides in memory: of the types with orvBorderInMem only the value as a whole stands for four.
+int sidesOf(int type) { return type == orvBorderInMem ? allSides : type & allSides; }
+// A type of the copies that repeat what isn't in memory, with all flags.
+int typeInMemory(Random& r) { return r.in(0, 15) * 16 + (r.one(2) ? orvBorderInMem : orvBorderRepl); }
+
 template <class T>
-Scene<T> randomScene(Random& r, int channels, int kind, int sides) {
+Scene<T> randomScene(Random& r, int channels, int kind, int sides = 0) {
   const auto border = [&] { return r.one(4) ? 0 : r.one(5) ? r.in(5, 40) : r.in(1, 4); };
   const OrvSize size = {randomLength(r), r.in(1, 9)};
   return Scene<T>(r, channels, kind, sides, size, border(), border(), border(), border());
@@ -77,77 +89,70 @@ Scene<T> randomScene(Random& r, int channels, int kind, int sides) {
 
 // Each copy(scene, dst) must write the expected picture of the scenes that `draw` makes to dst, and nothing else.
 template <class T, class Draw, class... Copy>
-void checkCopies(const char* name, int count, const Draw& draw, const Copy&... copies) {
+void checkCopies(int count, const Draw& draw, const Copy&... copies) {
   Random r(seed());
   for (int i = 0; i < rounds(count); ++i) {
     const Scene<T> scene = draw(r);
     const auto check = [&](const auto& copy) {
       Image<T> dst(r, scene.whole().width, scene.whole().height, scene.channels);
       const OrvStatus status = copy(scene, dst);
-      scene.compare(name, [&](int x, int y) { return dst.at(x, y); });
-      CHECK(status == orvStatusOk && dst.onlyRegionChanged() && scene.src.unchanged(), "%s", name);
+      scene.compare([&](int x, int y) { return dst.at(x, y); });
+      CHECK(status == orvStatusOk && dst.onlyRegionChanged() && scene.src.unchanged());
     };
     (check(copies), ...);
   }
 }
 
+// A copy into a larger image. The lists below hold the forms of 1, 3 and 4 channels, in this order.
+template <class T, class... Rest>
+using Copy = OrvStatus (*)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, Rest...);
 template <class T>
-void checkConst(const char* name,
-                OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, int32_t, int32_t, T)) {
-  checkCopies<T>(
-      name, 300, [](Random& r) { return randomScene<T>(r, 1, orvBorderConst, 0); },
-      [&](const Scene<T>& s, Image<T>& dst) {
-        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), s.top, s.left, s.value[0]);
-      });
-}
+using InPlace = OrvStatus (*)(T*, int32_t, OrvSize, OrvSize, int32_t, int32_t);
+constexpr int channelsOf[] = {1, 3, 4};
 
 template <class T>
-using Replicate = OrvStatus (*)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, int32_t, int32_t);
-template <class T>
-using ReplicateInPlace = OrvStatus (*)(T*, int32_t, OrvSize, OrvSize, int32_t, int32_t);
+void checkConst(Copy<T, int32_t, int32_t, T> f) {
+  checkCopies<T>(
+      300, [](Random& r) { return randomScene<T>(r, 1, orvBorderConst); },
+      [&](const Scene<T>& s, Image<T>& dst) { return s.copy(f, dst, s.top, s.left, s.value[0]); });
+}
 
 // Into another image; with the source in the destination already, by either form.
 template <class T>
-void checkReplicate(const char* name, int channels, Replicate<T> f, ReplicateInPlace<T> g = nullptr) {
-  const auto place = [](const Scene<T>& s, Image<T>& dst) {
-    for (int y = 0; y < s.size.height; ++y)
-      for (int x = 0; x < s.size.width * s.channels; ++x) dst.set(x + s.left * s.channels, y + s.top, s.src.at(x, y));
-  };
-  checkCopies<T>(
-      name, 300, [&](Random& r) { return randomScene<T>(r, channels, orvBorderRepl, 0); },
-      [&](const Scene<T>& s, Image<T>& dst) {
-        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
-      },
-      [&](const Scene<T>& s, Image<T>& dst) {
-        place(s, dst);
-        return g && s.left % 2 ? g(dst.data(), dst.step(), s.size, s.whole(), s.top, s.left)
-                               : f(dst.data(), 1, s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
-      });
+void checkReplicate(const std::vector<Copy<T, int32_t, int32_t>>& forms, const std::vector<InPlace<T>>& inPlace) {
+  for (size_t i = 0; i < forms.size(); ++i)
+    checkCopies<T>(
+        300, [&](Random& r) { return randomScene<T>(r, channelsOf[i], orvBorderRepl); },
+        [&](const Scene<T>& s, Image<T>& dst) { return s.copy(forms[i], dst, s.top, s.left); },
+        [&](const Scene<T>& s, Image<T>& dst) {
+          for (int y = 0; y < s.size.height; ++y)
+            for (int x = 0; x < s.size.width * s.channels; ++x)
+              dst.set(x + s.left * s.channels, y + s.top, s.src.at(x, y));
+          return i < inPlace.size() && s.left % 2
+                     ? inPlace[i](dst.data(), dst.step(), s.size, s.whole(), s.top, s.left)
+                     : forms[i](dst.data(), 1, s.size, dst.data(), dst.step(), s.whole(), s.top, s.left);
+        });
 }
 
-// All flags, with any kind beside them: only the value 6 as a whole stands for four sides.
 template <class T>
-void checkInMem(const char* name, int channels,
-                OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, OrvSize, int32_t, int32_t, int32_t)) {
+void checkInMem(const std::vector<Copy<T, int32_t, int32_t, int32_t>>& forms) {
   int type = 0;
-  checkCopies<T>(
-      name, 400,
-      [&](Random& r) {
-        type = r.in(0, 15) * 16 + (r.one(2) ? orvBorderInMem : orvBorderRepl);
-        return randomScene<T>(r, channels, orvBorderRepl, type == orvBorderInMem ? allSides : type & allSides);
-      },
-      [&](const Scene<T>& s, Image<T>& dst) {
-        return f(s.src.data(), s.src.step(), s.size, dst.data(), dst.step(), s.whole(), type, s.top, s.left);
-      });
+  for (size_t i = 0; i < forms.size(); ++i)
+    checkCopies<T>(
+        400,
+        [&](Random& r) {
+          type = typeInMemory(r);
+          return randomScene<T>(r, channelsOf[i], orvBorderRepl, sidesOf(type));
+        },
+        [&](const Scene<T>& s, Image<T>& dst) { return s.copy(forms[i], dst, type, s.top, s.left); });
 }
 
 template <class T>
-void checkWindow(const char* name,
-                 OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, int32_t, OrvPoint, OrvSize, T)) {
+void checkWindow(OrvStatus (*f)(const T*, int32_t, OrvSize, T*, int32_t, int32_t, OrvPoint, OrvSize, T)) {
   int type = 0;
   OrvPoint offset{};
   checkCopies<T>(
-      name, 800,
+      800,
       [&](Random& r) {
         const int kind = r.one(8) ? (int)orvBorderInMem : kinds[r.in(0, 4)], flags = r.one(3) ? 0 : r.in(0, 15) * 16;
         const OrvSize size = {randomLength(r), r.in(1, 9)}, window = {randomLength(r), r.in(1, 9)};
@@ -162,37 +167,29 @@ void checkWindow(const char* name,
 }
 
 template <class T>
-void checkNewImage(const char* name, int channels,
-                   T* (*f)(const T*, int32_t, OrvSize, int32_t, T, int32_t, int32_t, int32_t, int32_t)) {
+void checkNewImage(int channels, T* (*f)(const T*, int32_t, OrvSize, int32_t, T, int32_t, int32_t, int32_t, int32_t)) {
   Random r(seed());
   const int32_t before = steeredLiveAllocations();
   for (int i = 0; i < rounds(250); ++i) {
-    auto scene = randomScene<T>(r, channels, kinds[i % 5], 0);
-    for (T& v : scene.value) v = scene.value[0];
-    T* const image = f(scene.src.data(), scene.src.step(), scene.size, scene.kind, scene.value[0], scene.left,
-                       scene.right, scene.top, scene.bottom);
-    const auto at = [&](int x, int y) {
-      T v;
-      memcpy(&v, (const uint8_t*)image + ((ptrdiff_t)y * scene.whole().width * channels + x) * (ptrdiff_t)sizeof(T),
-             sizeof v);
-      return v;
-    };
-    scene.compare(name, at);
-    CHECK(scene.src.unchanged());
+    auto s = randomScene<T>(r, channels, kinds[i % 5]);
+    for (T& v : s.value) v = s.value[0];
+    T* const image = f(s.src.data(), s.src.step(), s.size, s.kind, s.value[0], s.left, s.right, s.top, s.bottom);
+    s.compare([&](int x, int y) { return reference::load(image, s.whole().width * channels * (int)sizeof(T), y, x); });
+    CHECK(s.src.unchanged());
     orvsFree((void*)image);
   }
   T pixel[3] = {};
   steerFailAllocation(1);
-  CHECK(f(pixel, 1, {1, 1}, orvBorderMirr, 0, 1, 1, 1, 1) == nullptr, "%s", name);
+  CHECK(f(pixel, 1, {1, 1}, orvBorderMirr, 0, 1, 1, 1, 1) == nullptr);
   steerFailAllocation(0);
   // 65538 x 65538 bytes are 262148 once wrapped to 32 bits.
-  CHECK(f(pixel, 1, {1, 1}, orvBorderMirr, 0, 65537, 0, 65537, 0) == nullptr, "%s", name);
-  CHECK(steeredAllocations() == 0 && steeredLiveAllocations() == before, "%s", name);
+  CHECK(f(pixel, 1, {1, 1}, orvBorderMirr, 0, 65537, 0, 65537, 0) == nullptr);
+  CHECK(steeredAllocations() == 0 && steeredLiveAllocations() == before);
 }
 
 // A strip, element by element in its told layout, and the extended row; a kind that is none leaves its parts alone.
 template <class T, int C, class Fill>
-void checkStrip(const char* name, const Fill& fill) {
+void checkStrip(const Fill& fill) {
   Random r(seed());
   for (int i = 0; i < rounds(6000); ++i) {
     const int width = r.in(1, 14), taps = r.one(10) ? r.in(20, 45) : r.in(1, 9), anchor = r.in(0, taps - 1);
@@ -208,9 +205,8 @@ void checkStrip(const char* name, const Fill& fill) {
       return unmade && (kind == 5 || kind == 7) ? blank.at(0, 0) : scene.expected(p + anchor, 0, c);
     };
     const auto check = [&](const char* what, int pixels, auto&& make, const auto& pixelAt) {
-      const Context context(std::string(name) + " " + what + " of " + std::to_string(width) + ", " +
-                            std::to_string(taps) + " taps, anchor " + std::to_string(anchor) + ", type " +
-                            std::to_string(type));
+      const Context context(std::string(what) + " of " + std::to_string(width) + ", " + std::to_string(taps) +
+                            " taps, anchor " + std::to_string(anchor) + ", type " + std::to_string(type));
       Image<T> image(r, pixels, 1, C);
       make(scene.src.data(), image.data(), width, taps, anchor, type, scene.value.data());
       expectImage(image, [&](int x, int) { return want(pixelAt(x / C), x % C); });
@@ -218,16 +214,17 @@ void checkStrip(const char* name, const Fill& fill) {
     check("strip", taps - 1 + 2 * ends, fill,
           [&](int k) { return k < anchor + ends ? k - anchor : k - anchor - 2 * ends + width; });
     check("row", taps - 1 + width, extendRow<T, C>, [&](int k) { return k - anchor; });
-    CHECK(scene.src.unchanged(), "%s", name);
+    CHECK(scene.src.unchanged());
   }
 }
 
 // FillBorder_* of one channel takes its value itself.
 template <class T>
-auto byValue(void (*f)(const T*, T*, int32_t, int32_t, int32_t, int32_t, T)) {
-  return [f](const T* src, T* strip, int32_t width, int32_t taps, int32_t anchor, int32_t type, const T* value) {
-    f(src, strip, width, taps, anchor, type, *value);
-  };
+void checkStrips(void (*one)(const T*, T*, int32_t, int32_t, int32_t, int32_t, T),
+                 void (*three)(const T*, T*, int32_t, int32_t, int32_t, int32_t, const T*)) {
+  checkStrip<T, 1>([&](const T* src, T* strip, int32_t width, int32_t taps, int32_t anchor, int32_t type,
+                       const T* value) { one(src, strip, width, taps, anchor, type, *value); });
+  checkStrip<T, 3>(three);
 }
 
 // Packed bits, the least significant first.
@@ -236,8 +233,7 @@ void setBit(uint8_t* row, int p, int bit) { row[p >> 3] = (uint8_t)((row[p >> 3]
 
 // One random copy of bits. Both images have just the bytes that hold wanted pixels; offsets may lead before the row.
 void checkBits(Random& r) {
-  const int type = r.in(0, 15) * 16 + (r.one(2) ? orvBorderInMem : orvBorderRepl);
-  const int sides = type == orvBorderInMem ? allSides : type & allSides;
+  const int type = typeInMemory(r), sides = sidesOf(type);
   const int left = r.in(0, 30), right = r.in(0, 30), top = r.in(0, 3), bottom = r.in(0, 3);
   const OrvSize size = {r.one(3) ? r.in(60, 200) : r.in(1, 40), r.in(1, 4)};
   const OrvSize whole = {left + size.width + right, top + size.height + bottom};
@@ -274,28 +270,25 @@ void checkBits(Random& r) {
 }
 
 // The checks that every copy into a larger image makes. The image is 13 x 5 pixels, the border 2 on the left, 1 above,
-// and none on the right and below: f(src, srcStep, srcSize, dst, dstStep, width, height, top, left).
-template <class F>
+// and none on the right and below.
+template <class T, class F>
 void walkCopy(const F& f) {
   const auto size = [](int position, double value) { return badValue(position, value, orvStatusSize); };
-  const auto order =
+  const auto call = [&](const T* src, int32_t srcStep, OrvSize roi, T* dst, int32_t dstStep, int w, int h, int top,
+                        int left) {
+    return f(src, srcStep, roi, dst, dstStep, OrvSize{w, h}, top, left);
+  };
+  walkArguments(
+      "copy", call,
       eachOf(Fault::null, {0, 2}) + std::vector<Told>{badValue(0, 0, orvStatusStep), badValue(2, -4, orvStatusStep)} +
-      pointersThenSizes({}, 1) +
-      std::vector<Told>{size(3, 14), size(4, 5), size(5, -1), size(6, -1), size(6, INT32_MAX), size(5, INT32_MAX)};
-  walkArguments("copy", f, order, In<uint8_t>(16), Roi(), Out<uint8_t>(64), Value<int32_t>({15}), Value<int32_t>({6}),
-                Value<int32_t>({1}), Value<int32_t>({2}));
+          pointersThenSizes({}, 1) +
+          std::vector<Told>{size(3, 14), size(4, 5), size(5, -1), size(6, -1), size(6, INT32_MAX), size(5, INT32_MAX)},
+      In<T>(4), Roi(), Out<T>(16), Value<int32_t>({15}), Value<int32_t>({6}), Value<int32_t>({1}), Value<int32_t>({2}));
 }
 
 }  // namespace
 
-TEST(index_rule) {
-  for (const int kind : kinds)
-    for (int n = 1; n <= 9; ++n)
-      for (int p = -45; p <= 45; ++p) {
-        const ptrdiff_t got = borderIndex(kind, p, n);
-        const int want = reference::walkBorder(kind, p, n);
-        CHECK(got == (want == reference::noPixel ? borderNoPixel : want), "kind %d, pixel %d of %d", kind, p, n);
-      }
+TEST(long_lines) {
   // The ends of the range of a line: no product of lengths overflows.
   CHECK(borderIndex(orvBorderMirrR, -1, INT32_MAX) == 0 &&
         borderIndex(orvBorderMirr, INT32_MAX, INT32_MAX) == INT32_MAX - 2);
@@ -303,51 +296,37 @@ TEST(index_rule) {
   CHECK(borderIndex(orvBorderMirr, -4, 3, true, false) == -4 && borderIndex(orvBorderMirr, 4, 3, true, false) == 0);
 }
 
-TEST(side_flags) {
-  CHECK(sidesInMemory(6) == 240 && sidesInMemory(22) == 16 && sidesInMemory(6 | 192) == 192);
-  CHECK(sidesInMemoryByKind(6) == 240 && sidesInMemoryByKind(22) == 240);
-  CHECK(sidesInMemory(1 | 64) == 64 && sidesInMemoryByKind(1 | 64) == 64 && sidesInMemory(256) == 0);
-}
-
 TEST(row_strip) {
-  checkStrip<uint8_t, 1>("8u_C1", byValue(FillBorder_8u_C1));
-  checkStrip<int16_t, 1>("16s_C1", byValue(FillBorder_16s_C1));
-  checkStrip<float, 1>("32f_C1", byValue(FillBorder_32f_C1));
-  checkStrip<uint8_t, 3>("8u_C3", FillBorder_8u_C3);
-  checkStrip<int16_t, 3>("16s_C3", FillBorder_16s_C3);
-  checkStrip<float, 3>("32f_C3", FillBorder_32f_C3);
+  checkStrips(FillBorder_8u_C1, FillBorder_8u_C3);
+  checkStrips(FillBorder_16s_C1, FillBorder_16s_C3);
+  checkStrips(FillBorder_32f_C1, FillBorder_32f_C3);
 }
 
 TEST(copy_const) {
-  checkConst<uint8_t>("8u_C1R", orviCopyConstBorder_8u_C1R);
-  checkConst<uint16_t>("16u_C1R", orviCopyConstBorder_16u_C1R);
-  checkConst<int16_t>("16s_C1R", orviCopyConstBorder_16s_C1R);
-  checkConst<int32_t>("32s_C1R", orviCopyConstBorder_32s_C1R);
-  checkConst<float>("32f_C1R", orviCopyConstBorder_32f_C1R);
+  checkConst(orviCopyConstBorder_8u_C1R);
+  checkConst(orviCopyConstBorder_16u_C1R);
+  checkConst(orviCopyConstBorder_16s_C1R);
+  checkConst(orviCopyConstBorder_32s_C1R);
+  checkConst(orviCopyConstBorder_32f_C1R);
 }
 
 TEST(copy_replicate) {
-  checkReplicate<uint8_t>("8u_C1R", 1, orviCopyReplicateBorder_8u_C1R, orviCopyReplicateBorder_8u_C1IR);
-  checkReplicate<uint8_t>("8u_C3R", 3, orviCopyReplicateBorder_8u_C3R, orviCopyReplicateBorder_8u_C3IR);
-  checkReplicate<uint8_t>("8u_C4R", 4, orviCopyReplicateBorder_8u_C4R, orviCopyReplicateBorder_8u_C4IR);
-  checkReplicate<uint16_t>("16u_C1R", 1, orviCopyReplicateBorder_16u_C1R);
-  checkReplicate<int16_t>("16s_C1R", 1, orviCopyReplicateBorder_16s_C1R, orviCopyReplicateBorder_16s_C1IR);
-  checkReplicate<int32_t>("32s_C1R", 1, orviCopyReplicateBorder_32s_C1R, orviCopyReplicateBorder_32s_C1IR);
-  checkReplicate<int32_t>("32s_C3R", 3, orviCopyReplicateBorder_32s_C3R, orviCopyReplicateBorder_32s_C3IR);
-  checkReplicate<int32_t>("32s_C4R", 4, orviCopyReplicateBorder_32s_C4R, orviCopyReplicateBorder_32s_C4IR);
-  checkReplicate<float>("32f_C1R", 1, orviCopyReplicateBorder_32f_C1R);
-  checkReplicate<float>("32f_C3R", 3, orviCopyReplicateBorder_32f_C3R);
-  checkReplicate<float>("32f_C4R", 4, orviCopyReplicateBorder_32f_C4R);
+  checkReplicate<uint8_t>(
+      {orviCopyReplicateBorder_8u_C1R, orviCopyReplicateBorder_8u_C3R, orviCopyReplicateBorder_8u_C4R},
+      {orviCopyReplicateBorder_8u_C1IR, orviCopyReplicateBorder_8u_C3IR, orviCopyReplicateBorder_8u_C4IR});
+  checkReplicate<uint16_t>({orviCopyReplicateBorder_16u_C1R}, {});
+  checkReplicate<int16_t>({orviCopyReplicateBorder_16s_C1R}, {orviCopyReplicateBorder_16s_C1IR});
+  checkReplicate<int32_t>(
+      {orviCopyReplicateBorder_32s_C1R, orviCopyReplicateBorder_32s_C3R, orviCopyReplicateBorder_32s_C4R},
+      {orviCopyReplicateBorder_32s_C1IR, orviCopyReplicateBorder_32s_C3IR, orviCopyReplicateBorder_32s_C4IR});
+  checkReplicate<float>(
+      {orviCopyReplicateBorder_32f_C1R, orviCopyReplicateBorder_32f_C3R, orviCopyReplicateBorder_32f_C4R}, {});
 }
 
 TEST(copy_in_memory) {
-  checkInMem<uint8_t>("8u_C1R", 1, ownorviCopyInMemBorder_8u_C1R);
-  checkInMem<uint8_t>("8u_C3R", 3, ownorviCopyInMemBorder_8u_C3R);
-  checkInMem<uint8_t>("8u_C4R", 4, ownorviCopyInMemBorder_8u_C4R);
-  checkInMem<int16_t>("16s_C1R", 1, ownorviCopyInMemBorder_16s_C1R);
-  checkInMem<float>("32f_C1R", 1, ownorviCopyInMemBorder_32f_C1R);
-  checkInMem<float>("32f_C3R", 3, ownorviCopyInMemBorder_32f_C3R);
-  checkInMem<float>("32f_C4R", 4, ownorviCopyInMemBorder_32f_C4R);
+  checkInMem<uint8_t>({ownorviCopyInMemBorder_8u_C1R, ownorviCopyInMemBorder_8u_C3R, ownorviCopyInMemBorder_8u_C4R});
+  checkInMem<int16_t>({ownorviCopyInMemBorder_16s_C1R});
+  checkInMem<float>({ownorviCopyInMemBorder_32f_C1R, ownorviCopyInMemBorder_32f_C3R, ownorviCopyInMemBorder_32f_C4R});
 }
 
 TEST(bits) {
@@ -356,38 +335,29 @@ TEST(bits) {
 }
 
 TEST(windows) {
-  checkWindow<uint8_t>("CopyWithBorder8u", CopyWithBorder8u);
-  checkWindow<float>("CopyWithBorder32f", CopyWithBorder32f);
+  checkWindow(CopyWithBorder8u);
+  checkWindow(CopyWithBorder32f);
 }
 
 TEST(new_images) {
-  checkNewImage<uint8_t>("8u_C1R", 1, ownCopyWithBorder_8u_C1R);
-  checkNewImage<uint8_t>("8u_C3R", 3, ownCopyWithBorder_8u_C3R);
-  checkNewImage<uint16_t>("16u_C1R", 1, ownCopyWithBorder_16u_C1R);
-  checkNewImage<uint16_t>("16u_C3R", 3, ownCopyWithBorder_16u_C3R);
-  checkNewImage<float>("32f_C1R", 1, ownCopyWithBorder_32f_C1R);
-  checkNewImage<float>("32f_C3R", 3, ownCopyWithBorder_32f_C3R);
+  checkNewImage(1, ownCopyWithBorder_8u_C1R), checkNewImage(3, ownCopyWithBorder_8u_C3R);
+  checkNewImage(1, ownCopyWithBorder_16u_C1R), checkNewImage(3, ownCopyWithBorder_16u_C3R);
+  checkNewImage(1, ownCopyWithBorder_32f_C1R), checkNewImage(3, ownCopyWithBorder_32f_C3R);
 }
 
 // One member of each body: the others are the same template.
 TEST(statuses) {
-  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
-    return orviCopyConstBorder_32f_C1R((const float*)(void*)src, srcStep, size, (float*)(void*)dst, dstStep, {w, h},
-                                       top, left, 1.f);
+  walkCopy<float>([](auto... arguments) { return orviCopyConstBorder_32f_C1R(arguments..., 1.f); });
+  walkCopy<float>(orviCopyReplicateBorder_32f_C4R);
+  walkCopy<uint8_t>([](auto src, auto srcStep, auto size, auto dst, auto dstStep, auto whole, auto... rest) {
+    return ownorviCopyInMemBorder_8u_C3R(src, srcStep, size, dst, dstStep, whole, orvBorderRepl, rest...);
   });
-  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
-    return orviCopyReplicateBorder_32f_C4R((const float*)(void*)src, srcStep, size, (float*)(void*)dst, dstStep, {w, h},
-                                           top, left);
-  });
-  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
-    return ownorviCopyInMemBorder_8u_C3R(src, srcStep, size, dst, dstStep, {w, h}, orvBorderRepl, top, left);
-  });
-  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
-    return ownorviCopyReplicateBorder_1u_C1R(src, srcStep, 5, size, dst, dstStep, 2, {w, h}, top, left);
+  walkCopy<uint8_t>([](auto src, auto srcStep, auto size, auto dst, auto dstStep, auto... rest) {
+    return ownorviCopyReplicateBorder_1u_C1R(src, srcStep, 5, size, dst, dstStep, 2, rest...);
   });
   // In place there is one pointer and one step: the faults of the source are those of the destination.
-  walkCopy([](auto* src, int32_t srcStep, OrvSize size, auto* dst, int32_t dstStep, int w, int h, int top, int left) {
-    return orviCopyReplicateBorder_8u_C3IR(src ? dst : nullptr, srcStep >= 1 ? dstStep : 0, size, {w, h}, top, left);
+  walkCopy<uint8_t>([](auto src, auto srcStep, auto size, auto dst, auto dstStep, auto... rest) {
+    return orviCopyReplicateBorder_8u_C3IR(src ? dst : nullptr, srcStep >= 1 ? dstStep : 0, size, rest...);
   });
   uint8_t pixel = 0;
   CHECK(CopyWithBorder8u(nullptr, 0, {0, 0}, &pixel, 1, 0, {0, 0}, {1, 1}, 0) == orvStatusNullPtr);

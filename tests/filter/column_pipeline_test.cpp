@@ -6,8 +6,6 @@ using reference::Arithmetic;
 
 namespace {
 
-using SizeFunction = OrvStatus (*)(OrvSize, int32_t, int32_t*);
-
 // One form for all: those of floats have no divisor.
 template <class S, class D, class... Rest>
 auto asOne(OrvStatus (*f)(const S* const*, D*, int32_t, OrvSize, const S*, int32_t, Rest...)) {
@@ -45,10 +43,6 @@ void check(const char* name, F f, SizeFunction bufferSize, int channels, Shape t
            Arithmetic arithmetic = Arithmetic::scaled) {
   Random r(seed());
   int size = 1;
-  std::vector<Shape> all;
-  for (int i = 0; i < (quick() ? 1 : 3); ++i)
-    for (const Shape& shape : shapes()) all.push_back(shape);
-  all.push_back({threaded.width, threaded.height, true});
   const auto plain = [=](const S* const* rows, D* dst, int32_t step, OrvSize roi, const S* kernel, int32_t count,
                          int32_t divisor, uint8_t*) {
     const auto taps = tapsAt(kernel, count);
@@ -61,17 +55,17 @@ void check(const char* name, F f, SizeFunction bufferSize, int channels, Shape t
   };
   const auto moreRows = [&](Random& draw) { return size = someKernelSize(draw), size - 1; };
   const auto run = asOne<S, D>(f);
-  sweepShapes(name, run, plain, all, r, Rows<S>(In<S>(channels), moreRows), Out<D>(channels), Roi(), Kernel<S>(size),
-              The(size), Divisor<int16_t>(),
+  sweepShapes(name, run, plain, repeated(3, {threaded}), r, Rows<S>(In<S>(channels), moreRows), Out<D>(channels), Roi(),
+              Kernel<S>(size), The(size), Divisor<int16_t>(),
               Scratch([&](OrvSize roi, int32_t* bytes) { return bufferSize(roi, size, bytes); }));
   walk<S, D>(name, run, bufferSize, channels);
 }
 
-#define FORMS(S, D, tag, ...)                                                                   \
-  check<S, D>("column " #tag "_C1R", orviFilterColumnPipeline_##tag##_C1R,                      \
-              orviFilterColumnPipelineGetBufferSize_##tag##_C1R, 1, {701, 330}, ##__VA_ARGS__); \
-  check<S, D>("column " #tag "_C3R", orviFilterColumnPipeline_##tag##_C3R,                      \
-              orviFilterColumnPipelineGetBufferSize_##tag##_C3R, 3, {330, 701}, ##__VA_ARGS__)
+#define FORMS(S, D, tag, ...)                                                                         \
+  check<S, D>("column " #tag "_C1R", orviFilterColumnPipeline_##tag##_C1R,                            \
+              orviFilterColumnPipelineGetBufferSize_##tag##_C1R, 1, {701, 330, true}, ##__VA_ARGS__); \
+  check<S, D>("column " #tag "_C3R", orviFilterColumnPipeline_##tag##_C3R,                            \
+              orviFilterColumnPipelineGetBufferSize_##tag##_C3R, 3, {330, 701, true}, ##__VA_ARGS__)
 
 }  // namespace
 
@@ -97,22 +91,16 @@ TEST(inPlace) {
     });
 }
 
+#define COLUMN_SIZES(tag, slope1, slope3, multiple)                        \
+  {orviFilterColumnPipelineGetBufferSize_##tag##_C1R, slope1, multiple}, { \
+    orviFilterColumnPipelineGetBufferSize_##tag##_C3R, slope3, multiple    \
+  }
 TEST(bufferSizes) {
   const struct {
     SizeFunction function;
     uint32_t slope, multiple;  // 0: 32 bytes for all sizes
-  } formulas[] = {{orviFilterColumnPipelineGetBufferSize_16s_C1R, 12, 4},
-                  {orviFilterColumnPipelineGetBufferSize_16s8u_C1R, 12, 4},
-                  {orviFilterColumnPipelineGetBufferSize_16s8s_C1R, 12, 4},
-                  {orviFilterColumnPipelineGetBufferSize_16s_C3R, 36, 4},
-                  {orviFilterColumnPipelineGetBufferSize_16s8u_C3R, 36, 4},
-                  {orviFilterColumnPipelineGetBufferSize_16s8s_C3R, 36, 4},
-                  {orviFilterColumnPipelineGetBufferSize_Low_16s_C1R, 12, 8},
-                  {orviFilterColumnPipelineGetBufferSize_Low_16s_C3R, 36, 8},
-                  {orviFilterColumnPipelineGetBufferSize_16u_C1R, 0, 1},
-                  {orviFilterColumnPipelineGetBufferSize_16u_C3R, 0, 1},
-                  {orviFilterColumnPipelineGetBufferSize_32f_C1R, 0, 1},
-                  {orviFilterColumnPipelineGetBufferSize_32f_C3R, 0, 1}};
+  } formulas[] = {COLUMN_SIZES(16s, 12, 36, 4),     COLUMN_SIZES(16s8u, 12, 36, 4), COLUMN_SIZES(16s8s, 12, 36, 4),
+                  COLUMN_SIZES(Low_16s, 12, 36, 8), COLUMN_SIZES(16u, 0, 0, 1),     COLUMN_SIZES(32f, 0, 0, 1)};
   for (const auto& f : formulas)
     checkSizes(f.function, [&](uint32_t width, uint32_t k, uint32_t threads) {
       const uint32_t area = f.slope * ((width + f.multiple - 1) / f.multiple * f.multiple) + 32;

@@ -36,6 +36,21 @@ struct FixedFilter {
   }
 };
 
+// A filter with its functions by name; its plain form is made of the named tables, or given.
+#define NAMED(filter, type) \
+#filter "_" #type, orviFilter##filter##Border_##type##_C1R, orviFilter##filter##GetBufferSize_##type##_C1R
+#define SEPARABLE(filter, type, T, D, row, column) \
+  { NAMED(filter, type), reference::separable<T, D>(row, column) }
+
+// All sizes, so many times (once in quick runs), and those behind.
+inline std::vector<Shape> repeated(int times, const std::vector<Shape>& then = {}) {
+  std::vector<Shape> all;
+  for (int i = 0; i < (quick() ? 1 : times); ++i)
+    for (const Shape& shape : shapes()) all.push_back(shape);
+  all.insert(all.end(), then.begin(), then.end());
+  return all;
+}
+
 // One row of a table of checks, which rows of badValue() may follow on a line.
 inline Told at(int position, Fault fault) { return {fault, position}; }
 
@@ -66,13 +81,10 @@ void sweepFixed(const FixedFilter<T, D>& filter, const std::vector<int>& kinds, 
     border = someBorder(draw, kinds);
     return marginOf(border, mask / 22);
   };
-  std::vector<Shape> all;
-  for (int i = 0; i < (quick() ? 1 : 3); ++i)
-    for (const Shape& shape : shapes()) all.push_back(shape);
-  if (threaded) all.insert(all.end(), {{257, 397, true}, {259, 261, true}});
+  const auto large = threaded ? std::vector<Shape>{{257, 397, true}, {259, 261, true}} : std::vector<Shape>();
   steerThreads(1);  // the smallest buffers
-  sweepShapes(filter.name, filter.run, filter.plain, all, r, around(In<T>(), margin), Out<D>(), Roi(), The(mask),
-              The(border), AnyPixel<T>(),
+  sweepShapes(filter.name, filter.run, filter.plain, repeated(3, large), r, around(In<T>(), margin), Out<D>(), Roi(),
+              The(mask), The(border), AnyPixel<T>(),
               Value<int32_t>({1, 2, 4, 8, 16, 64, 1024, -1, -8, 3, 5, 7, 10, -6, 100, INT32_MAX, INT32_MIN}),
               Scratch([&](OrvSize roi, int32_t* bytes) { return filter.size(roi, mask, bytes); }));
 }

@@ -13,13 +13,7 @@ const std::vector<int> kinds = {orvBorderConst,
                                 orvBorderMirr,
                                 orvBorderMirrR,
                                 orvBorderInMem,
-                                256 | 0x10000 | orvBorderInMemTop | orvBorderConst};
-
-// A filter with its functions by name; its plain form is made of the named tables, or given.
-#define NAMED(filter, type) \
-#filter "_" #type, orviFilter##filter##Border_##type##_C1R, orviFilter##filter##GetBufferSize_##type##_C1R
-#define SEPARABLE(filter, type, T, D, row, column) \
-  { NAMED(filter, type), reference::separable<T, D>(row, column) }
+                                256 | 0x10000 | orvBorderInMemTop};
 
 const FixedFilter<uint8_t, int16_t> filters8u16s[] = {
     {NAMED(Laplacian, 8u16s), reference::laplacian<uint8_t, int16_t>},

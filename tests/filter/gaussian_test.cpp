@@ -6,24 +6,6 @@ using namespace test;
 
 namespace {
 
-// The element types: their data type, fixed-point scale and taps.
-template <class T, OrvDataType data, int scale, class TapType>
-struct KindOf {
-  using Tap = TapType;
-  static constexpr OrvDataType type = data;
-  static constexpr int shift = scale;
-};
-template <class T>
-struct Kind;
-template <>
-struct Kind<uint8_t> : KindOf<uint8_t, orvData8u, 12, int16_t> {};
-template <>
-struct Kind<uint16_t> : KindOf<uint16_t, orvData16u, 15, uint16_t> {};
-template <>
-struct Kind<int16_t> : KindOf<int16_t, orvData16s, 15, int16_t> {};
-template <>
-struct Kind<float> : KindOf<float, orvData32f, 0, float> {};
-
 // What a case draws: the kernel and the border. A single row has none beside it, also where flags say so.
 struct Case {
   int32_t size = 3;
@@ -31,12 +13,13 @@ struct Case {
   OrvBorderType border = 0;
   bool single = false;
 
-  Margin draw(Random& r, const Shape& shape, const std::vector<int>& borders) {
+  // One of the kinds, with flags of `sides`.
+  Margin draw(Random& r, const Shape& shape, const std::vector<int>& kinds, int sides) {
     const int sizes[] = {3, 3, 5, 5, 7, 9, 11, 15, 21, 31, 37};
     size = sizes[r.in(0, quick() ? 6 : 10)];
     const float sigmas[] = {0.1f, 0.35f, 0.8f, 1.f, (float)size / 6.f, (float)size / 3.f, 50.f};
     sigma = sigmas[r.in(0, 6)];
-    border = borders[(size_t)r.in(0, (int)borders.size() - 1)];
+    border = someBorder(r, kinds) & (15 | sides);
     single = shape.height == 1 && (border & 15) != orvBorderConst;
     Margin margin = marginOf(border, size / 2);
     if (single) margin.top = margin.bottom = 0;
@@ -45,56 +28,44 @@ struct Case {
   int rowBorder() const { return single ? (int)orvBorderRepl : border; }
 };
 
-std::vector<Shape> manyShapes() {
-  std::vector<Shape> many;
-  for (int i = 0; i < (quick() ? 1 : 4); ++i)
-    for (const Shape& shape : shapes()) many.push_back(shape);
-  return many;
-}
-
 // The record as Init makes it must hold the told fields and taps.
-template <class T>
-void checkRecord(const Guarded& memory, const Case& c, const std::vector<typename Kind<T>::Tap>& taps) {
-  const int32_t want[] = {c.size, 20, Kind<T>::type, c.border, Kind<T>::shift};
+template <class Tap>
+void checkRecord(const Guarded& memory, const Case& c, OrvDataType type, int shift, const std::vector<Tap>& taps) {
+  const int32_t want[] = {c.size, 20, type, c.border, shift};
   CHECK(memory.intact() && memcmp(memory.data(), want, sizeof want) == 0, "fields of the record");
   const auto address = ((uintptr_t)memory.data() + 20 + 15) & ~(uintptr_t)15;
   CHECK(memcmp((const void*)address, taps.data(), taps.size() * sizeof(taps[0])) == 0, "taps of the record");
 }
 
-template <class T, class Filter>
-void sweepPrepared(const char* name, Filter filter, int channels) {
-  std::vector<int> borders;
-  for (const int kind : {orvBorderConst, orvBorderRepl, orvBorderInMem})
-    for (int sides = 0; sides < 256; sides += 16) borders.push_back(kind | sides);
-  for (int i = 0; i < 24; ++i) borders.push_back(orvBorderRepl), borders.push_back(orvBorderConst);
+template <class Tap, class T, class Filter>
+void sweepPrepared(OrvDataType type, int shift, int channels, Filter filter) {
   Random r(seed());
   Case c;
   std::shared_ptr<Guarded> record;
   T value[3];
   const auto report = [&](OrvSize roi, int32_t* spec, int32_t* buffer) {
-    return orviFilterGaussianGetBufferSize(roi, (uint32_t)c.size, Kind<T>::type, channels, spec, buffer);
+    return orviFilterGaussianGetBufferSize(roi, (uint32_t)c.size, type, channels, spec, buffer);
   };
   const auto prepare = [&](Random& draw, const Shape& shape) {
-    const Margin margin = c.draw(draw, shape, borders);
+    const Margin margin = c.draw(draw, shape, {orvBorderConst, orvBorderRepl, orvBorderInMem}, 240);
     const OrvSize roi = {shape.width, shape.height};
     for (T& v : value) v = randomElement<T>(draw, false);
     int32_t specSize, bufferSize;
     CHECK(report(roi, &specSize, &bufferSize) == orvStatusOk);
     record = std::make_shared<Guarded>((size_t)specSize, true, (size_t)draw.in(0, 17));
     const Guarded buffer((size_t)bufferSize, true, 3);
-    CHECK(orviFilterGaussianInit(roi, (uint32_t)c.size, c.sigma, c.border, Kind<T>::type, channels,
+    CHECK(orviFilterGaussianInit(roi, (uint32_t)c.size, c.sigma, c.border, type, channels,
                                  (OrvFilterGaussianSpec*)(void*)record->data(), buffer.data()) == orvStatusOk);
     return margin;
   };
   const auto plain = [&](const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, const T* border,
                          const OrvFilterGaussianSpec*, uint8_t*) {
-    const auto taps = reference::gaussianTaps<typename Kind<T>::Tap>(c.size, c.sigma, Kind<T>::shift);
-    checkRecord<T>(*record, c, taps);
-    reference::gaussian(src, srcStep, dst, dstStep, roi, channels, c.border, c.rowBorder(), border, taps,
-                        Kind<T>::shift);
+    const auto taps = reference::gaussianTaps<Tap>(c.size, c.sigma, shift);
+    checkRecord(*record, c, type, shift, taps);
+    reference::gaussian(src, srcStep, dst, dstStep, roi, channels, c.border, c.rowBorder(), border, taps, shift);
   };
   steerThreads(1);  // the smallest buffers
-  sweepShapes(name, filter, plain, manyShapes(), r, around(In<T>(channels), prepare), Out<T>(channels), Roi(),
+  sweepShapes("prepared", filter, plain, repeated(4), r, around(In<T>(channels), prepare), Out<T>(channels), Roi(),
               Value<const T*>({value}),
               DrawnBy<OrvFilterGaussianSpec*>([&](Random&) { return (OrvFilterGaussianSpec*)(void*)record->data(); }),
               Scratch([&](OrvSize roi, int32_t* bytes) {
@@ -103,34 +74,32 @@ void sweepPrepared(const char* name, Filter filter, int channels) {
               }));
 }
 
-// The C1 forms take the border value itself.
-template <class T>
-auto byValue(OrvStatus (*filter)(const T*, int32_t, T*, int32_t, OrvSize, T, const OrvFilterGaussianSpec*, uint8_t*)) {
-  return [=](const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize roi, const T* value,
-             const OrvFilterGaussianSpec* spec,
-             uint8_t* buffer) { return filter(src, srcStep, dst, dstStep, roi, *value, spec, buffer); };
+// Both forms of a type with its fixed-point scale; the one of one channel takes the border value itself.
+template <class Tap, class T, class Three>
+void sweepPrepared(OrvDataType type, int shift,
+                   OrvStatus (*one)(const T*, int32_t, T*, int32_t, OrvSize, T, const OrvFilterGaussianSpec*, uint8_t*),
+                   Three three) {
+  sweepPrepared<Tap, T>(type, shift, 1,
+                        [=](auto src, auto srcStep, auto dst, auto dstStep, auto roi, auto value, auto... rest) {
+                          return one(src, srcStep, dst, dstStep, roi, *value, rest...);
+                        });
+  sweepPrepared<Tap, T>(type, shift, 3, three);
 }
 
 }  // namespace
 
 TEST(preparedFilters) {
-  sweepPrepared<uint8_t>("8u_C1R", byValue(orviFilterGaussianBorder_8u_C1R), 1);
-  sweepPrepared<uint8_t>("8u_C3R", orviFilterGaussianBorder_8u_C3R, 3);
-  sweepPrepared<uint16_t>("16u_C1R", byValue(orviFilterGaussianBorder_16u_C1R), 1);
-  sweepPrepared<uint16_t>("16u_C3R", orviFilterGaussianBorder_16u_C3R, 3);
-  sweepPrepared<int16_t>("16s_C1R", byValue(orviFilterGaussianBorder_16s_C1R), 1);
-  sweepPrepared<int16_t>("16s_C3R", orviFilterGaussianBorder_16s_C3R, 3);
-  sweepPrepared<float>("32f_C1R", byValue(orviFilterGaussianBorder_32f_C1R), 1);
-  sweepPrepared<float>("32f_C3R", orviFilterGaussianBorder_32f_C3R, 3);
+  sweepPrepared<int16_t>(orvData8u, 12, orviFilterGaussianBorder_8u_C1R, orviFilterGaussianBorder_8u_C3R);
+  sweepPrepared<uint16_t>(orvData16u, 15, orviFilterGaussianBorder_16u_C1R, orviFilterGaussianBorder_16u_C3R);
+  sweepPrepared<int16_t>(orvData16s, 15, orviFilterGaussianBorder_16s_C1R, orviFilterGaussianBorder_16s_C3R);
+  sweepPrepared<float>(orvData32f, 0, orviFilterGaussianBorder_32f_C1R, orviFilterGaussianBorder_32f_C3R);
 }
 
 TEST(floatFilter) {
-  std::vector<int> borders;
-  for (int kind = orvBorderConst; kind <= orvBorderMirrR; ++kind)
-    for (int sides = 0; sides < 64; sides += 16) borders.push_back(kind | sides);
+  const std::vector<int> kinds = {orvBorderConst, orvBorderRepl, orvBorderWrap, orvBorderMirr, orvBorderMirrR};
   Random r(seed());
   Case c;
-  const auto draw = [&](Random& d, const Shape& shape) { return c.draw(d, shape, borders); };
+  const auto draw = [&](Random& d, const Shape& shape) { return c.draw(d, shape, kinds, 48); };
   const auto plain = [&](const float* src, int32_t srcStep, float* dst, int32_t dstStep, OrvSize roi, int32_t size,
                          float sigma, OrvBorderType border, float value, uint8_t*) {
     reference::gaussian(src, srcStep, dst, dstStep, roi, 1, border & 15, c.rowBorder(), &value,
@@ -138,7 +107,7 @@ TEST(floatFilter) {
   };
   steerThreads(1);
   sweepShapes(
-      "orviFilterGaussBorder_32f_C1R", orviFilterGaussBorder_32f_C1R, plain, manyShapes(), r, around(In<float>(), draw),
+      "orviFilterGaussBorder_32f_C1R", orviFilterGaussBorder_32f_C1R, plain, repeated(4), r, around(In<float>(), draw),
       Out<float>(), Roi(), The(c.size), The(c.sigma), The(c.border), AnyPixel<float>(),
       Scratch([&](OrvSize roi, int32_t* bytes) { return orviFilterGaussGetBufferSize_32f_C1R(roi, c.size, bytes); }));
 }

@@ -10,16 +10,10 @@ using namespace test;
 
 namespace {
 
-const FixedFilter<uint8_t, int16_t> internalShorts[] = {
-    {"SobelVert_8u16s", orviFilterSobelVertBorder_8u16s_C1R, orviFilterSobelVertGetBufferSize_8u16s_C1R,
-     reference::separable<uint8_t, int16_t>("DxNeg", "Sobel")},
-    {"SobelHoriz_8u16s", orviFilterSobelHorizBorder_8u16s_C1R, orviFilterSobelHorizGetBufferSize_8u16s_C1R,
-     reference::separable<uint8_t, int16_t>("Sobel", "Dx")}};
-const FixedFilter<float, float> internalFloats[] = {
-    {"SobelVert_32f", orviFilterSobelVertBorder_32f_C1R, orviFilterSobelVertGetBufferSize_32f_C1R,
-     reference::separable<float, float>("DxNeg", "Sobel")},
-    {"SobelHoriz_32f", orviFilterSobelHorizBorder_32f_C1R, orviFilterSobelHorizGetBufferSize_32f_C1R,
-     reference::separable<float, float>("Sobel", "Dx")}};
+const FixedFilter<uint8_t, int16_t> internalShorts[] = {SEPARABLE(SobelVert, 8u16s, uint8_t, int16_t, "DxNeg", "Sobel"),
+                                                        SEPARABLE(SobelHoriz, 8u16s, uint8_t, int16_t, "Sobel", "Dx")};
+const FixedFilter<float, float> internalFloats[] = {SEPARABLE(SobelVert, 32f, float, float, "DxNeg", "Sobel"),
+                                                    SEPARABLE(SobelHoriz, 32f, float, float, "Sobel", "Dx")};
 
 const std::vector<int> vectorKinds = {orvBorderConst, orvBorderRepl, orvBorderInMem};
 
@@ -88,10 +82,9 @@ void sweepGradient(const char* name, GradientFunction<T, R> function, reference:
       if (angles) reference::store(angles, angleStep, y, x, angle);
     });
   };
-  std::vector<Shape> all = shapes();
-  all.push_back({1100, 2});  // more than two blocks
-  sweepShapes(name, function, plain, all, r, around(In<T>(), margin), Optional<R>(wanted, 1), Optional<R>(wanted, 2),
-              Optional<R>(wanted, 4), Optional<float>(wanted, 8), Roi(), The(mask),
+  // the last size is more than two blocks
+  sweepShapes(name, function, plain, repeated(1, {{1100, 2}}), r, around(In<T>(), margin), Optional<R>(wanted, 1),
+              Optional<R>(wanted, 2), Optional<R>(wanted, 4), Optional<float>(wanted, 8), Roi(), The(mask),
               Value<int32_t>({orvGradientNormL1, orvGradientNormL2}), The(border), AnyPixel<T>(),
               Scratch([=](OrvSize roi, int32_t* bytes) {
                 return orviGradientVectorGetBufferSize(roi, mask, sizeof(T) == 1 ? orvData8u : orvData32f, 1, bytes);
@@ -102,28 +95,22 @@ void sweepGradient(const char* name, GradientFunction<T, R> function, reference:
 
 TEST(gradientVectors) {
   using reference::GradientForm;
-  sweepGradient("Sobel3_8u16s", orviGradientVectorSobel_8u16s_C1R, GradientForm::sobel3);
-  sweepGradient("Sobel5_8u16s", orviGradientVectorSobel_8u16s_C1R, GradientForm::sobel5);
+  for (const auto form : {GradientForm::sobel3, GradientForm::sobel5}) {
+    sweepGradient("Sobel_8u16s", orviGradientVectorSobel_8u16s_C1R, form);
+    sweepGradient("Sobel_32f", orviGradientVectorSobel_32f_C1R, form);
+  }
   sweepGradient("Scharr_8u16s", orviGradientVectorScharr_8u16s_C1R, GradientForm::scharr3);
-  sweepGradient("Sobel3_32f", orviGradientVectorSobel_32f_C1R, GradientForm::sobel3);
-  sweepGradient("Sobel5_32f", orviGradientVectorSobel_32f_C1R, GradientForm::sobel5);
   sweepGradient("Scharr_32f", orviGradientVectorScharr_32f_C1R, GradientForm::scharr3);
 }
 
 TEST(gradientVectorStatuses) {
   const auto walk = [](GradientFunction<float, float> function, double badMask) {
-    const std::vector<Told> order = {at(0, Fault::null),
-                                     badValue(0, 0, orvStatusStep),
-                                     at(0, Fault::misalignedStep),
-                                     at(10, Fault::null),
-                                     badValue(1, 0, orvStatusStep),
-                                     at(2, Fault::misalignedStep),
-                                     badValue(3, -4, orvStatusStep),
-                                     badValue(7, 3),
-                                     badValue(4, 0, orvStatusStep),
-                                     at(5, Fault::width),
-                                     badValue(8, orvBorderMirr),
-                                     badValue(6, badMask, orvStatusMaskSize)};
+    const auto step = [](int position, double value) { return badValue(position, value, orvStatusStep); };
+    const auto order =
+        std::vector<Told>{at(0, Fault::null), step(0, 0), at(0, Fault::misalignedStep), at(10, Fault::null),
+                          step(1, 0)} +
+        std::vector<Told>{at(2, Fault::misalignedStep), step(3, -4), badValue(7, 3), step(4, 0)} +
+        std::vector<Told>{at(5, Fault::width), badValue(8, orvBorderMirr), badValue(6, badMask, orvStatusMaskSize)};
     walkArguments("gradient vector", function, order, In<float>(), Out<float>(), Out<float>(), Out<float>(),
                   Out<float>(), Roi(), Value<int32_t>({orvMaskSize3x3}), Value<int32_t>({orvGradientNormL1}),
                   Value<int32_t>({orvBorderRepl}), Value<float>({0}),
@@ -146,8 +133,8 @@ void plainMeans(const float* src, int32_t srcStep, float* dst, int32_t dstStep, 
   std::vector<float> means;
   reference::forEachElement(
       roi, 1, [&](int y, int x) { means.push_back(reference::boxMean(src, srcStep, roi, box, x, y, border, *value)); });
-  reference::forEachElement(
-      roi, 1, [&](int y, int x) { reference::store(dst, dstStep, y, x, means[(size_t)(y * roi.width + x)]); });
+  for (int y = 0; y < roi.height; ++y)
+    memcpy((uint8_t*)dst + y * dstStep, &means[(size_t)(y * roi.width)], (size_t)roi.width * 4);
 }
 
 }  // namespace
@@ -188,22 +175,15 @@ TEST(boxStatuses) {
                        int32_t border, const float* v, uint8_t* buffer) {
     return orviFilterBoxBorder_32f_C1R(src, srcStep, dst, dstStep, roi, {boxWidth, 2}, border, v, buffer);
   };
-  const auto walk = [&](OrvBorderType border, const Told& last) {
-    const std::vector<Told> order = {at(0, Fault::null),
-                                     at(1, Fault::null),
-                                     at(6, Fault::null),
-                                     badValue(0, 0, orvStatusStep),
-                                     badValue(1, -1, orvStatusStep),
-                                     at(2, Fault::height),
-                                     badValue(3, 0, orvStatusMaskSize),
-                                     last};
-    walkArguments("box", call, order, In<float>(), Out<float>(), Roi(), Value<int32_t>({3}), Value<int32_t>({border}),
-                  Value<const float*>({&value}), Scratch([](OrvSize roi, int32_t* bytes) {
-                    return orviFilterBoxBorderGetBufferSize(roi, {3, 2}, orvData32f, 1, bytes);
-                  }));
-  };
-  walk(orvBorderConst, at(5, Fault::null));
-  walk(orvBorderRepl, badValue(4, orvBorderMirr, orvStatusBorder));
+  walkArguments("box", call,
+                eachOf(Fault::null, {0, 1, 6}) +
+                    std::vector<Told>{badValue(0, 0, orvStatusStep), badValue(1, -1, orvStatusStep),
+                                      at(2, Fault::height), badValue(3, 0, orvStatusMaskSize),
+                                      badValue(4, orvBorderMirr, orvStatusBorder), at(5, Fault::null)},
+                In<float>(), Out<float>(), Roi(), Value<int32_t>({3}), Value<int32_t>({orvBorderConst}),
+                Value<const float*>({&value}), Scratch([](OrvSize roi, int32_t* bytes) {
+                  return orviFilterBoxBorderGetBufferSize(roi, {3, 2}, orvData32f, 1, bytes);
+                }));
   const auto size = [](OrvSize roi, int32_t boxHeight, OrvDataType type, int32_t channels, int32_t* bytes) {
     return orviFilterBoxBorderGetBufferSize(roi, {3, boxHeight}, type, channels, bytes);
   };

@@ -4,6 +4,8 @@
 
 namespace test {
 
+using SizeFunction = OrvStatus (*)(OrvSize, int32_t, int32_t*);
+
 // An image that is passed as an array of pointers to its rows: in any order, and some of them more than once if it is
 // only read, with `more` rows than the region.
 template <class T>
@@ -106,7 +108,7 @@ void sweepRows(const char* name, Run run, Size bufferSize, int channels, const s
 
 // A size function against want(width, kernel size, threads) for regions of 11 rows, in 32 bits that wrap; its checks.
 template <class Want>
-void checkSizes(OrvStatus (*function)(OrvSize, int32_t, int32_t*), const Want& want) {
+void checkSizes(SizeFunction function, const Want& want) {
   for (const int threads : threadCounts()) {
     steerThreads(threads);
     for (const uint32_t width : {1u, 4u, 5u, 9u, 2000000000u})

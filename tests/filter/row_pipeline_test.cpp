@@ -6,26 +6,18 @@ using reference::Arithmetic;
 
 namespace {
 
-using SizeFunction = OrvStatus (*)(OrvSize, int32_t, int32_t*);
-
-// The forms take one border value or three, and, but for floats, a divisor. All become the form of sweepRows().
-template <class P, class T, class D, class... Rest>
-auto asOne(OrvStatus (*f)(const P*, int32_t, D* const*, OrvSize, const T*, int32_t, int32_t, OrvBorderType, P,
+// The forms take one border value or a pointer to three, and, but for floats, a divisor. All become the form of
+// sweepRows().
+template <class P, class T, class D, class V, class... Rest>
+auto asOne(OrvStatus (*f)(const P*, int32_t, D* const*, OrvSize, const T*, int32_t, int32_t, OrvBorderType, V,
                           Rest...)) {
   return [f](const P* src, int32_t step, D* const* dst, OrvSize roi, const T* kernel, int32_t size, int32_t anchor,
              OrvBorderType type, const P* value, [[maybe_unused]] int32_t divisor, uint8_t* buffer) {
-    const P border = reference::load(value, 0, 0, 0);
+    V border;
+    if constexpr (std::is_pointer<V>::value) border = value;
+    else border = reference::load(value, 0, 0, 0);
     if constexpr (sizeof...(Rest) == 1) return f(src, step, dst, roi, kernel, size, anchor, type, border, buffer);
     else return f(src, step, dst, roi, kernel, size, anchor, type, border, divisor, buffer);
-  };
-}
-template <class P, class T, class D, class... Rest>
-auto asOne(OrvStatus (*f)(const P*, int32_t, D* const*, OrvSize, const T*, int32_t, int32_t, OrvBorderType, const P*,
-                          Rest...)) {
-  return [f](const P* src, int32_t step, D* const* dst, OrvSize roi, const T* kernel, int32_t size, int32_t anchor,
-             OrvBorderType type, const P* value, [[maybe_unused]] int32_t divisor, uint8_t* buffer) {
-    if constexpr (sizeof...(Rest) == 1) return f(src, step, dst, roi, kernel, size, anchor, type, value, buffer);
-    else return f(src, step, dst, roi, kernel, size, anchor, type, value, divisor, buffer);
   };
 }
 
@@ -42,16 +34,12 @@ void walk(const char* name, Run run, SizeFunction bufferSize, int channels) {
   if (std::is_same<P, uint16_t>::value) order.push_back(badValue(8, -1));
   const int32_t size = 5;
   // The last argument tells whether the pointer of the last row is null.
-  const auto call = [&](auto src, auto step, D* const* dst, OrvSize roi, auto... rest) {
-    const auto arguments = std::make_tuple(rest...);
+  const auto call = [&](const P* src, int32_t step, D* const* dst, OrvSize roi, const T* kernel, int32_t count,
+                        int32_t anchor, int32_t type, const P* value, int32_t divisor, uint8_t* buffer, int32_t null) {
     std::vector<D*> rows(5);
     if (dst) std::copy(dst, dst + 5, rows.begin());
-    if (std::get<sizeof...(rest) - 1>(arguments)) rows[4] = nullptr;
-    return std::apply(
-        [&](auto kernel, auto count, auto anchor, auto type, auto value, auto divisor, auto buffer, int32_t) {
-          return run(src, step, dst ? rows.data() : nullptr, roi, kernel, count, anchor, type, value, divisor, buffer);
-        },
-        arguments);
+    if (null) rows[4] = nullptr;
+    return run(src, step, dst ? rows.data() : nullptr, roi, kernel, count, anchor, type, value, divisor, buffer);
   };
   walkArguments(name, call, order, In<P>(channels), Rows<D>(Out<D>(channels)), Roi(), Kernel<T>(size), The(size),
                 Value<int32_t>({2}), Value<OrvBorderType>({orvBorderRepl}), BorderValue<P>(channels),
@@ -62,20 +50,17 @@ void walk(const char* name, Run run, SizeFunction bufferSize, int channels) {
 template <class P, class T, class D, class F>
 void check(const char* name, F f, SizeFunction bufferSize, int channels, Shape threaded,
            Arithmetic arithmetic = Arithmetic::scaled) {
-  std::vector<Shape> all;
-  for (int i = 0; i < (quick() ? 1 : 3); ++i)
-    for (const Shape& shape : shapes()) all.push_back(shape);
-  all.push_back({threaded.width, threaded.height, true});
-  const auto run = asOne<P, T, D>(f);
-  sweepRows<P, T, D>(name, run, bufferSize, channels, {orvBorderConst, orvBorderRepl, orvBorderInMem}, all, arithmetic);
+  const auto run = asOne(f);
+  sweepRows<P, T, D>(name, run, bufferSize, channels, {orvBorderConst, orvBorderRepl, orvBorderInMem},
+                     repeated(3, {threaded}), arithmetic);
   walk<P, T, D>(name, run, bufferSize, channels);
 }
 
-#define FORMS(P, T, D, tag, ...)                                                                      \
-  check<P, T, D>("row " #tag "_C1R", orviFilterRowBorderPipeline_##tag##_C1R,                         \
-                 orviFilterRowBorderPipelineGetBufferSize_##tag##_C1R, 1, {700, 330}, ##__VA_ARGS__); \
-  check<P, T, D>("row " #tag "_C3R", orviFilterRowBorderPipeline_##tag##_C3R,                         \
-                 orviFilterRowBorderPipelineGetBufferSize_##tag##_C3R, 3, {330, 700}, ##__VA_ARGS__)
+#define FORMS(P, T, D, tag, ...)                                                                            \
+  check<P, T, D>("row " #tag "_C1R", orviFilterRowBorderPipeline_##tag##_C1R,                               \
+                 orviFilterRowBorderPipelineGetBufferSize_##tag##_C1R, 1, {700, 330, true}, ##__VA_ARGS__); \
+  check<P, T, D>("row " #tag "_C3R", orviFilterRowBorderPipeline_##tag##_C3R,                               \
+                 orviFilterRowBorderPipelineGetBufferSize_##tag##_C3R, 3, {330, 700, true}, ##__VA_ARGS__)
 
 }  // namespace
 

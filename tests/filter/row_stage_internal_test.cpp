@@ -11,9 +11,7 @@ void check(const char* name,
            void (*stage)(Plane<const P>, D* const*, int32_t, int32_t, const RowFilter<P, T>&, void*)) {
   std::vector<int> types;
   for (int kind = orvBorderConst; kind <= orvBorderMirrR; ++kind)
-    for (const int sides :
-         {0, (int)orvBorderInMemLeft, (int)orvBorderInMemRight, orvBorderInMemLeft | orvBorderInMemRight})
-      types.push_back(kind | sides);
+    for (int sides = 0; sides < 256; sides += orvBorderInMemLeft) types.push_back(kind | sides);
   for (const int channels : {1, 3}) {
     const auto run = [=](const P* src, int32_t step, D* const* dst, OrvSize roi, const T* kernel, int32_t size,
                          int32_t anchor, int32_t type, const P* value, int32_t divisor, uint8_t* strip) {
