@@ -88,11 +88,11 @@ TEST(second_pass) {
   const OrvSize roi{37, 11};
   std::vector<float> image;
   std::vector<uint8_t> mask;
-  for (int i = 0; i < roi.width * roi.height; ++i) image.push_back(i % 2 ? 100000.25f : 99999.75f), mask.push_back(1);
-  // Outside the mask: anything, an infinity too.
-  for (int i = 0; i < 200; ++i) image[(size_t)(2 * i)] = i == 7 ? INFINITY : -5.f, mask[(size_t)(2 * i)] = 0;
-  for (int i = 0; i < 200; ++i) image[(size_t)(2 * i + 1)] = i % 2 ? 100000.25f : 99999.75f;
-  for (size_t i = 400; i < mask.size(); ++i) mask[i] = 0;
+  for (int i = 0; i < roi.width * roi.height; ++i) {
+    const bool counts = i % 2 && i < 400;  // elsewhere anything, an infinity too
+    mask.push_back(counts);
+    image.push_back(!counts ? (i == 14 ? INFINITY : -5.f) : i % 4 == 1 ? 99999.75f : 100000.25f);
+  }
   forEachSetting(false, [&] {
     double mean, stdDev;
     orviMean_StdDev_32f_C1MR(image.data(), roi.width * 4, mask.data(), roi.width, roi, &mean, &stdDev);
