@@ -18,53 +18,43 @@ const Value<float> weights({0.05f, 0.f, 1.f, -0.75f, 3.f, 1e-30f, INFINITY, NAN}
 template <class T>
 std::vector<Told> checks(const std::vector<int>& sources, bool isMasked) {
   const int mask = (int)sources.size(), accumulator = mask + isMasked;
+  const auto steps = isMasked ? std::vector<int>{mask, accumulator} : std::vector<int>{accumulator};
   std::vector<int> all = sources;
-  for (int i = mask; i <= accumulator; ++i) all.push_back(i);
+  all.insert(all.end(), steps.begin(), steps.end());
   auto order = pointersThenSizes(all, accumulator + 1) + eachOf(Fault::smallStep, sources);
   if (sizeof(T) == 2) order = order + eachOf(Fault::misalignedStep, sources);
-  if (isMasked) order.push_back({Fault::smallStep, mask});
-  order.push_back({Fault::smallStep, accumulator});
+  order = order + eachOf(Fault::smallStep, steps);
   if (sizeof(T) == 4) order = order + eachOf(Fault::misalignedStep, sources);
   order.push_back({Fault::misalignedStep, accumulator});
   return order;
 }
 
-// Source and accumulator, then whatever follows them: the arguments of a plain form.
-template <class T, class Function, class Reference, class... Rest>
-void plain(const char* name, Function function, Reference expected, Rest... rest) {
-  sweep(name, function, expected, threaded, wild(In<T>()), wild(InOut<float>()), Roi(), rest...);
-  walkArguments(name, function, checks<T>({0}, false), In<T>(), InOut<float>(), Roi(), rest...);
-}
-template <class T, class Function, class Reference, class... Rest>
-void masked(const char* name, Function function, Reference expected, Rest... rest) {
-  forBothStores(
-      [&] { sweep(name, function, expected, threaded, wild(In<T>()), Mask(), wild(InOut<float>()), Roi(), rest...); });
-  walkArguments(name, function, checks<T>({0}, true), In<T>(), Mask(), InOut<float>(), Roi(), rest...);
+template <class Function, class Reference, class... Role>
+void check(const std::string& name, Function function, Reference expected, const std::vector<Told>& order,
+           Role... roles) {
+  sweep(name.c_str(), function, expected, threaded, roles...);
+  walkArguments(name.c_str(), function, order, roles...);
 }
 
-template <float (*next)(Pixel), class T, class Plain, class Masked>
-void both(const char* name, Plain plainForm, Masked maskedForm) {
-  plain<T>((std::string(name) + "_C1IR").c_str(), plainForm, reference::plain<next, T>);
-  masked<T>((std::string(name) + "_C1IMR").c_str(), maskedForm, reference::masked<next, T>);
-}
-
-template <class T, class Plain, class Masked>
-void bothWeighted(const char* name, Plain plainForm, Masked maskedForm) {
-  using reference::addWeighted;
-  plain<T>((std::string(name) + "_C1IR").c_str(), plainForm, reference::plain<addWeighted, T, float>, weights);
-  masked<T>((std::string(name) + "_C1IMR").c_str(), maskedForm, reference::masked<addWeighted, T, float>, weights);
-}
-
-template <class T, class Plain, class Masked>
-void bothProducts(const char* name, Plain plainForm, Masked maskedForm) {
+// Without a mask and with one; `weight` is none or one role.
+template <float (*next)(Pixel), class T, class Plain, class Masked, class... Weight>
+void both(const std::string& name, Plain plain, Masked masked, Weight... weight) {
   const auto in = wild(In<T>());
   const auto sum = wild(InOut<float>());
-  sweep(name, plainForm, reference::product<T>, threaded, in, in, sum, Roi());
-  walkArguments(name, plainForm, checks<T>({0, 1}, false), in, in, sum, Roi());
+  check(name + "_C1IR", plain, reference::plain<next, T, decltype(weight.chosen)...>, checks<T>({0}, false), in, sum,
+        Roi(), weight...);
   forBothStores([&] {
-    sweep(name, maskedForm, reference::accumulate<reference::addProduct, T>, threaded, in, in, Mask(), sum, Roi());
+    check(name + "_C1IMR", masked, reference::masked<next, T, decltype(weight.chosen)...>, checks<T>({0}, true), in,
+          Mask(), sum, Roi(), weight...);
   });
-  walkArguments(name, maskedForm, checks<T>({0, 1}, true), in, in, Mask(), sum, Roi());
+}
+template <class T, class Plain, class Masked>
+void bothProducts(const std::string& name, Plain plain, Masked masked) {
+  const auto in = wild(In<T>());
+  const auto sum = wild(InOut<float>());
+  const auto expected = reference::accumulate<reference::addProduct, T>;
+  check(name + "_C1IR", plain, reference::product<T>, checks<T>({0, 1}, false), in, in, sum, Roi());
+  forBothStores([&] { check(name + "_C1IMR", masked, expected, checks<T>({0, 1}, true), in, in, Mask(), sum, Roi()); });
 }
 
 }  // namespace
@@ -74,7 +64,10 @@ TEST(sums) {
   both<add, uint8_t>("orviAdd_8u32f", orviAdd_8u32f_C1IR, orviAdd_8u32f_C1IMR);
   both<add, int8_t>("orviAdd_8s32f", orviAdd_8s32f_C1IR, orviAdd_8s32f_C1IMR);
   both<add, uint16_t>("orviAdd_16u32f", orviAdd_16u32f_C1IR, orviAdd_16u32f_C1IMR);
-  masked<float>("orviAdd_32f_C1IMR", orviAdd_32f_C1IMR, reference::masked<add, float>);
+  forBothStores([&] {
+    check("orviAdd_32f_C1IMR", orviAdd_32f_C1IMR, reference::masked<add, float>, checks<float>({0}, true),
+          wild(In<float>()), Mask(), wild(InOut<float>()), Roi());
+  });
 }
 
 TEST(squares) {
@@ -93,10 +86,12 @@ TEST(products) {
 }
 
 TEST(averages) {
-  bothWeighted<uint8_t>("orviAddWeighted_8u32f", orviAddWeighted_8u32f_C1IR, orviAddWeighted_8u32f_C1IMR);
-  bothWeighted<int8_t>("orviAddWeighted_8s32f", orviAddWeighted_8s32f_C1IR, orviAddWeighted_8s32f_C1IMR);
-  bothWeighted<uint16_t>("orviAddWeighted_16u32f", orviAddWeighted_16u32f_C1IR, orviAddWeighted_16u32f_C1IMR);
-  bothWeighted<float>("orviAddWeighted_32f", orviAddWeighted_32f_C1IR, orviAddWeighted_32f_C1IMR);
+  using reference::addWeighted;
+  both<addWeighted, uint8_t>("orviAddWeighted_8u32f", orviAddWeighted_8u32f_C1IR, orviAddWeighted_8u32f_C1IMR, weights);
+  both<addWeighted, int8_t>("orviAddWeighted_8s32f", orviAddWeighted_8s32f_C1IR, orviAddWeighted_8s32f_C1IMR, weights);
+  both<addWeighted, uint16_t>("orviAddWeighted_16u32f", orviAddWeighted_16u32f_C1IR, orviAddWeighted_16u32f_C1IMR,
+                              weights);
+  both<addWeighted, float>("orviAddWeighted_32f", orviAddWeighted_32f_C1IR, orviAddWeighted_32f_C1IMR, weights);
 }
 
 // Into a third image, which may be a source: the step from the second towards the first.

@@ -71,15 +71,14 @@ void ties(const Members<T>& m, T flat, T low, T high) {
       image[i] = low, image[i + 1] = i < image.size() / 2 ? (T)(flat / 2 + high / 2) : high;
     }
     const int32_t step = roi.width * (int32_t)sizeof(T);
-    float low0, high0, low1 = 0, high1 = 0;
-    OrvPoint p0, q0, p1{}, q1{};
-    reference::extrema(reference::Pixels<T>{image.data(), step, mask.data(), roi.width, roi}, &low0, &high0, &p0, &q0);
+    float low, high, wantLow, wantHigh;
+    OrvPoint at[2], want[2];
+    const reference::Pixels<T> pixels{image.data(), step, mask.data(), roi.width, roi};
+    reference::extrema(pixels, &wantLow, &wantHigh, &want[0], &want[1]);
     forEachSetting(true, [&] {
-      m.masked(image.data(), step, mask.data(), roi.width, roi, &low1, &high1, &p1, &q1);
-      CHECK(low0 == low1 && high0 == high1, "%s: %g %g, not %g %g", m.type, low1, high1, low0, high0);
-      CHECK(p0.x == p1.x && p0.y == p1.y && q0.x == q1.x && q0.y == q1.y,
-            "%s: extrema at %d %d and %d %d, not %d %d and %d %d", m.type, p1.x, p1.y, q1.x, q1.y, p0.x, p0.y, q0.x,
-            q0.y);
+      m.masked(image.data(), step, mask.data(), roi.width, roi, &low, &high, &at[0], &at[1]);
+      CHECK(low == wantLow && high == wantHigh && !memcmp(at, want, sizeof at), "%s: %g at %d %d, %g at %d %d", m.type,
+            low, at[0].x, at[0].y, high, at[1].x, at[1].y);
     });
   }
 }

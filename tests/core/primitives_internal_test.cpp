@@ -9,7 +9,8 @@ using namespace test;
 
 namespace {
 
-const auto same1 = [](auto v) { return v; };
+const std::less<> less;
+const std::greater<> greater;
 const std::vector<int32_t> scales = {0,  1,  2,   3,   5,   7,   8,   9,   10,        14,       15,
                                      16, 17, 18,  29,  30,  31,  32,  99,  -1,        -2,       -6,
                                      -7, -8, -14, -15, -16, -17, -30, -99, INT32_MIN, INT32_MAX};
@@ -25,11 +26,24 @@ std::vector<Told> checks(const F&, const std::vector<int>& images) {
   return order;
 }
 
+// Plain forms: of(value, more...) and of(first, second, more...) of each element, `more` being what follows the region.
+template <class Of>
+auto unaryOf(Of of) {
+  return [of](auto* s, int32_t sStep, auto* d, int32_t dStep, OrvSize roi, auto... more) {
+    reference::unary(1, [=](auto v) { return of(v, more...); })(s, sStep, d, dStep, roi);
+  };
+}
+template <class Of>
+auto binaryOf(int channels, Of of) {
+  return [=](auto* a, int32_t aStep, auto* b, int32_t bStep, auto* d, int32_t dStep, OrvSize roi, auto... more) {
+    reference::binary(channels, [=](auto p, auto q) { return of(p, q, more...); })(a, aStep, b, bStep, d, dStep, roi);
+  };
+}
+
 // A function of two sources: apart, and with the destination in either source's place.
 template <class T, class F, class Plain, class... More>
-void sweepBinary(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
-  const auto in = [=](ImageRole<T> role) { return any ? wild(role) : role; };
-  const auto source = in(In<T>(channels)), both = in(InOut<T>(channels));
+void sweepBinary(const char* name, F f, Plain plain, Shape threaded, int channels, More... more) {
+  const auto source = wild(In<T>(channels)), both = wild(InOut<T>(channels));
   sweep(name, f, plain, threaded, source, source, Out<T>(channels), Roi(), more...);
   sweep(name, inPlaceOfFirst(f), inPlaceOfFirst(plain), {}, source, both, Roi(), more...);
   sweep(name, inPlaceOfSecond(f), inPlaceOfSecond(plain), {}, source, both, Roi(), more...);
@@ -37,17 +51,13 @@ void sweepBinary(const char* name, F f, Plain plain, Shape threaded, bool any, i
 }
 
 // A function of one source: apart, and in place if the types allow it.
-template <class T, class D, class F, class Plain, class... More>
-void sweepApart(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
-  const auto source = any ? wild(In<T>(channels)) : In<T>(channels);
+template <class T, class D = T, class F, class Plain, class... More>
+void sweepUnary(const char* name, F f, Plain plain, Shape threaded, int channels, More... more) {
+  const auto source = wild(In<T>(channels));
   sweep(name, f, plain, threaded, source, Out<D>(channels), Roi(), more...);
   walkArguments(name, f, checks(f, {0, 1}), source, Out<D>(channels), Roi(), more...);
-}
-template <class T, class F, class Plain, class... More>
-void sweepUnary(const char* name, F f, Plain plain, Shape threaded, bool any, int channels, More... more) {
-  sweepApart<T, T>(name, f, plain, threaded, any, channels, more...);
-  const auto both = any ? wild(InOut<T>(channels)) : InOut<T>(channels);
-  sweep(name, inPlace(f), inPlace(plain), {}, both, Roi(), more...);
+  if constexpr (std::is_same<T, D>::value)
+    sweep(name, inPlace(f), inPlace(plain), {}, wild(InOut<T>(channels)), Roi(), more...);
 }
 
 template <class T, class F>
@@ -72,7 +82,7 @@ void checkSet(const char* name, F set, std::vector<T> values) {
   sweep(name, set, plain, {}, Out<T>(), Roi(), Value<T>(values));
   walkArguments(name, set, checks(set, {0}), Out<T>(), Roi(), Value<T>(values));
 }
-// Vectors: set(value, dst, length), zero(dst, length).
+// Vectors: set(value, dst, length).
 template <class T, class F>
 void checkFill(const char* name, F set, std::vector<T> values) {
   const auto rows = [set](T* dst, int32_t step, OrvSize roi, T value) {
@@ -82,48 +92,29 @@ void checkFill(const char* name, F set, std::vector<T> values) {
   };
   checkSet<T>(name, rows, values);
 }
-template <class T, class F>
-void checkZero(const char* name, F zero) {
-  checkFill<T>(name, [zero](T, T* dst, int32_t length) { return zero(dst, length); }, {0});
-}
-
 // The first operand wins if `wins(first, second)`. In place, src is the first, srcDst the second.
 template <class T, class Two, class One, class Wins>
 void checkEvery(const char* name, Two two, One one, Wins wins) {
   const auto plain = reference::binary(1, [wins](T a, T b) { return wins(a, b) ? a : b; });
-  if constexpr (!std::is_same<Two, std::nullptr_t>::value) sweepBinary<T>(name, binaryRows(two), plain, {}, true, 1);
+  if constexpr (!std::is_same<Two, std::nullptr_t>::value) sweepBinary<T>(name, binaryRows(two), plain, {}, 1);
   const auto rows = unaryRows(one);
   sweep(name, rows, inPlaceOfSecond(plain), {}, wild(In<T>()), wild(InOut<T>()), Roi());
   walkArguments(name, rows, checks(rows, {0, 1}), In<T>(), InOut<T>(), Roi());
 }
-template <class T, class Two, class One>
-void checkMin(const char* name, Two two, One one) {
-  checkEvery<T>(name, two, one, std::less<T>());
-}
-template <class T, class Two, class One>
-void checkMax(const char* name, Two two, One one) {
-  checkEvery<T>(name, two, one, std::greater<T>());
-}
-
 template <class T, class F>
 void checkSub(const char* name, F f, int channels) {
-  const auto plain = [=](const T* a, int32_t aStep, const T* b, int32_t bStep, T* d, int32_t dStep, OrvSize roi,
-                         int32_t scale) {
-    const auto difference = [=](T p, T q) { return reference::scaled<T>((double)q - (double)p, scale); };
-    reference::binary(channels, difference)(a, aStep, b, bStep, d, dStep, roi);
-  };
-  sweepBinary<T>(name, f, plain, {70, 29}, false, channels, Value<int32_t>(scales));
+  const auto plain =
+      binaryOf(channels, [](T p, T q, int32_t scale) { return reference::scaled<T>((double)q - (double)p, scale); });
+  sweepBinary<T>(name, f, plain, {70, 29}, channels, Value<int32_t>(scales));
 }
 
 template <class T, class F>
-void checkThreshold(const char* name, F f, Shape threaded, bool any, std::vector<T> thresholds, std::vector<T> values) {
-  const auto plain = [](const T* s, int32_t sStep, T* d, int32_t dStep, OrvSize roi, T threshold, T value,
-                        int32_t compare) {
-    const auto replace = [=](T v) { return (compare == 4 ? v > threshold : v < threshold) ? value : v; };
-    reference::unary(1, replace)(s, sStep, d, dStep, roi);
-  };
+void checkThreshold(const char* name, F f, Shape threaded, std::vector<T> thresholds, std::vector<T> values) {
+  const auto plain = unaryOf([](T v, T threshold, T value, int32_t compare) {
+    return (compare == 4 ? v > threshold : v < threshold) ? value : v;
+  });
   const Value<int32_t> compare({0, 4});
-  sweepUnary<T>(name, f, plain, threaded, any, 1, Value<T>(thresholds), Value<T>(values), compare);
+  sweepUnary<T>(name, f, plain, threaded, 1, Value<T>(thresholds), Value<T>(values), compare);
   walkArguments(name, f,
                 std::vector<Told>{badValue(5, 1, orvStatusNotSupported), badValue(5, 5, orvStatusNotSupported)} +
                     checks(f, {0, 1}),
@@ -145,66 +136,60 @@ TEST(fills) {
   checkFill<int16_t>("orvsSet_16s", orvsSet_16s, {-32768, -2, 0x1234, 32767});
   checkFill<int32_t>("orvsSet_32s", orvsSet_32s, {INT32_MIN, -1, 0x12345678, INT32_MAX});
   checkFill<float>("orvsSet_32f", orvsSet_32f, {-0.f, 1.5f, INFINITY});
-  checkZero<uint8_t>("orvsZero_8u", orvsZero_8u);
-  checkZero<int16_t>("orvsZero_16s", orvsZero_16s);
-  checkZero<int32_t>("orvsZero_32s", orvsZero_32s);
-  checkZero<float>("orvsZero_32f", orvsZero_32f);
-  checkSet<uint8_t>(
-      "orviSet_8u_C1R",
-      +[](uint8_t* dst, int32_t step, OrvSize roi, uint8_t v) { return orviSet_8u_C1R(v, dst, step, roi); },
-      {0, 77, 255});
-  checkSet<int16_t>(
-      "orviSet_16s_C1R",
-      +[](int16_t* dst, int32_t step, OrvSize roi, int16_t v) { return orviSet_16s_C1R(v, dst, step, roi); },
-      {0, -77, 32767});
+  const auto zero = [](auto clear) { return [clear](auto, auto* dst, int32_t length) { return clear(dst, length); }; };
+  checkFill<uint8_t>("orvsZero_8u", zero(orvsZero_8u), {0});
+  checkFill<int16_t>("orvsZero_16s", zero(orvsZero_16s), {0});
+  checkFill<int32_t>("orvsZero_32s", zero(orvsZero_32s), {0});
+  checkFill<float>("orvsZero_32f", zero(orvsZero_32f), {0});
+  const auto set8u =
+      +[](uint8_t* dst, int32_t step, OrvSize roi, uint8_t v) { return orviSet_8u_C1R(v, dst, step, roi); };
+  const auto set16s =
+      +[](int16_t* dst, int32_t step, OrvSize roi, int16_t v) { return orviSet_16s_C1R(v, dst, step, roi); };
+  checkSet<uint8_t>("orviSet_8u_C1R", set8u, {0, 77, 255});
+  checkSet<int16_t>("orviSet_16s_C1R", set16s, {0, -77, 32767});
 }
 
 TEST(copies) {
-  const auto plain = reference::unary(1, same1), plain3 = reference::unary(3, same1),
-             plain4 = reference::unary(4, same1);
-  sweepUnary<uint8_t>("orvsCopy_8u", unaryRows(orvsCopy_8u), plain, {}, false, 1);
-  sweepUnary<int16_t>("orvsCopy_16s", unaryRows(orvsCopy_16s), plain, {}, false, 1);
-  sweepUnary<float>("orvsCopy_32f", unaryRows(orvsCopy_32f), plain, {}, true, 1);
-  sweepUnary<uint8_t>("orviCopy_8u_C1R", orviCopy_8u_C1R, plain, {}, false, 1);
-  sweepUnary<uint8_t>("orviCopy_8u_C3R", orviCopy_8u_C3R, plain3, {}, false, 3);
-  sweepUnary<uint8_t>("orviCopy_8u_C4R", orviCopy_8u_C4R, plain4, {}, false, 4);
-  sweepUnary<int16_t>("orviCopy_16s_C1R", orviCopy_16s_C1R, plain, {}, false, 1);
-  sweepUnary<uint16_t>("orviCopy_16u_C1R", orviCopy_16u_C1R, plain, {}, false, 1);
-  sweepUnary<float>("orviCopy_32f_C1R", orviCopy_32f_C1R, plain, {}, true, 1);
-  sweepUnary<float>("orviCopy_32f_C3R", orviCopy_32f_C3R, plain3, {}, true, 3);
-  sweepUnary<float>("orviCopy_32f_C4R", orviCopy_32f_C4R, plain4, {}, true, 4);
+  const auto same1 = [](auto v) { return v; };
+  const auto plain = reference::unary(1, same1);
+  sweepUnary<uint8_t>("orvsCopy_8u", unaryRows(orvsCopy_8u), plain, {}, 1);
+  sweepUnary<int16_t>("orvsCopy_16s", unaryRows(orvsCopy_16s), plain, {}, 1);
+  sweepUnary<float>("orvsCopy_32f", unaryRows(orvsCopy_32f), plain, {}, 1);
+  sweepUnary<uint8_t>("orviCopy_8u_C1R", orviCopy_8u_C1R, plain, {}, 1);
+  sweepUnary<uint8_t>("orviCopy_8u_C3R", orviCopy_8u_C3R, reference::unary(3, same1), {}, 3);
+  sweepUnary<uint8_t>("orviCopy_8u_C4R", orviCopy_8u_C4R, reference::unary(4, same1), {}, 4);
+  sweepUnary<int16_t>("orviCopy_16s_C1R", orviCopy_16s_C1R, plain, {}, 1);
+  sweepUnary<uint16_t>("orviCopy_16u_C1R", orviCopy_16u_C1R, plain, {}, 1);
+  sweepUnary<float>("orviCopy_32f_C1R", orviCopy_32f_C1R, plain, {}, 1);
+  sweepUnary<float>("orviCopy_32f_C3R", orviCopy_32f_C3R, reference::unary(3, same1), {}, 3);
+  sweepUnary<float>("orviCopy_32f_C4R", orviCopy_32f_C4R, reference::unary(4, same1), {}, 4);
   const auto widen = [](auto v) { return (float)v; };
-  sweepApart<uint16_t, float>("orviConvert_16u32f_C1R", orviConvert_16u32f_C1R, reference::unary(1, widen), {}, false,
-                              1);
-  sweepApart<uint8_t, float>("orviConvert_8u32f_C3R", orviConvert_8u32f_C3R, reference::unary(3, widen), {}, false, 3);
+  sweepUnary<uint16_t, float>("orviConvert_16u32f_C1R", orviConvert_16u32f_C1R, reference::unary(1, widen), {}, 1);
+  sweepUnary<uint8_t, float>("orviConvert_8u32f_C3R", orviConvert_8u32f_C3R, reference::unary(3, widen), {}, 3);
 }
 
 TEST(extrema) {
-  checkMin<uint8_t>("orvsMinEvery_8u", orvsMinEvery_8u, orvsMinEvery_8u_I);
-  checkMin<uint16_t>("orvsMinEvery_16u", orvsMinEvery_16u, orvsMinEvery_16u_I);
-  checkMin<float>("orvsMinEvery_32f", orvsMinEvery_32f, orvsMinEvery_32f_I);
-  checkMin<double>("orvsMinEvery_64f", orvsMinEvery_64f, orvsMinEvery_64f_I);
-  checkMax<uint8_t>("orvsMaxEvery_8u", orvsMaxEvery_8u, orvsMaxEvery_8u_I);
-  checkMax<uint16_t>("orvsMaxEvery_16u", orvsMaxEvery_16u, orvsMaxEvery_16u_I);
-  checkMax<float>("orvsMaxEvery_32f", orvsMaxEvery_32f, orvsMaxEvery_32f_I);
-  checkMax<double>("orvsMaxEvery_64f", orvsMaxEvery_64f, orvsMaxEvery_64f_I);
-  checkMin<int16_t>("orvsMinEvery_16s_I", nullptr, orvsMinEvery_16s_I);
-  checkMax<int16_t>("orvsMaxEvery_16s_I", nullptr, orvsMaxEvery_16s_I);
+  checkEvery<uint8_t>("orvsMinEvery_8u", orvsMinEvery_8u, orvsMinEvery_8u_I, less);
+  checkEvery<uint16_t>("orvsMinEvery_16u", orvsMinEvery_16u, orvsMinEvery_16u_I, less);
+  checkEvery<float>("orvsMinEvery_32f", orvsMinEvery_32f, orvsMinEvery_32f_I, less);
+  checkEvery<double>("orvsMinEvery_64f", orvsMinEvery_64f, orvsMinEvery_64f_I, less);
+  checkEvery<uint8_t>("orvsMaxEvery_8u", orvsMaxEvery_8u, orvsMaxEvery_8u_I, greater);
+  checkEvery<uint16_t>("orvsMaxEvery_16u", orvsMaxEvery_16u, orvsMaxEvery_16u_I, greater);
+  checkEvery<float>("orvsMaxEvery_32f", orvsMaxEvery_32f, orvsMaxEvery_32f_I, greater);
+  checkEvery<double>("orvsMaxEvery_64f", orvsMaxEvery_64f, orvsMaxEvery_64f_I, greater);
+  checkEvery<int16_t>("orvsMinEvery_16s_I", nullptr, orvsMinEvery_16s_I, less);
+  checkEvery<int16_t>("orvsMaxEvery_16s_I", nullptr, orvsMaxEvery_16s_I, greater);
 }
 
 TEST(roots_and_lengths) {
   sweepUnary<float>("orvsSqrt_32f", unaryRows(orvsSqrt_32f), reference::unary(1, [](float v) { return sqrtf(v); }),
-                    {5003, 2}, true, 1);
+                    {5003, 2}, 1);
   sweepBinary<float>("orvsMagnitude_32f", binaryRows(orvsMagnitude_32f),
-                     reference::binary(1, [](float a, float b) { return sqrtf(a * a + b * b); }), {}, true, 1);
-  const auto plain = [](const int16_t* a, int32_t aStep, const int16_t* b, int32_t bStep, int16_t* d, int32_t dStep,
-                        OrvSize roi, int32_t scale) {
-    const auto length = [=](int16_t re, int16_t im) {
-      return reference::scaled<int16_t>(sqrt((double)re * re + (double)im * im), scale);
-    };
-    reference::binary(1, length)(a, aStep, b, bStep, d, dStep, roi);
-  };
-  sweepBinary<int16_t>("orvsMagnitude_16s_Sfs", binaryRows(orvsMagnitude_16s_Sfs), plain, {2100, 2}, false, 1,
+                     reference::binary(1, [](float a, float b) { return sqrtf(a * a + b * b); }), {}, 1);
+  const auto plain = binaryOf(1, [](int16_t re, int16_t im, int32_t scale) {
+    return reference::scaled<int16_t>(sqrt((double)re * re + (double)im * im), scale);
+  });
+  sweepBinary<int16_t>("orvsMagnitude_16s_Sfs", binaryRows(orvsMagnitude_16s_Sfs), plain, {2100, 2}, 1,
                        Value<int32_t>(scales));
 }
 
@@ -226,9 +211,9 @@ TEST(lengths_round_once) {
 
 TEST(differences) {
   const auto minus = [](float a, float b) { return b - a; };
-  sweepBinary<float>("orviSub_32f_C1R", orviSub_32f_C1R, reference::binary(1, minus), {70, 29}, true, 1);
-  sweepBinary<float>("orviSub_32f_C3R", orviSub_32f_C3R, reference::binary(3, minus), {}, true, 3);
-  sweepBinary<float>("orviSub_32f_C4R", orviSub_32f_C4R, reference::binary(4, minus), {}, true, 4);
+  sweepBinary<float>("orviSub_32f_C1R", orviSub_32f_C1R, reference::binary(1, minus), {70, 29}, 1);
+  sweepBinary<float>("orviSub_32f_C3R", orviSub_32f_C3R, reference::binary(3, minus), {}, 3);
+  sweepBinary<float>("orviSub_32f_C4R", orviSub_32f_C4R, reference::binary(4, minus), {}, 4);
   checkSub<uint8_t>("orviSub_8u_C1RSfs", orviSub_8u_C1RSfs, 1);
   checkSub<uint8_t>("orviSub_8u_C3RSfs", orviSub_8u_C3RSfs, 3);
   checkSub<uint8_t>("orviSub_8u_C4RSfs", orviSub_8u_C4RSfs, 4);
@@ -257,48 +242,35 @@ TEST(products) {
   const auto floats = +[](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
     return orviMulC_32f_C1R(s, sStep, v, d, dStep, roi);
   };
-  const auto plain = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float v) {
-    reference::unary(1, [=](float p) { return p * v; })(s, sStep, d, dStep, roi);
-  };
-  sweepUnary<float>("orviMulC_32f_C1R", floats, plain, {70, 29}, true, 1, Value<float>({0.03125f, -3.f, 0.f, 1e30f}));
+  const auto plain = unaryOf([](float p, float v) { return p * v; });
+  sweepUnary<float>("orviMulC_32f_C1R", floats, plain, {70, 29}, 1, Value<float>({0.03125f, -3.f, 0.f, 1e30f}));
   const auto shorts = +[](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
                           int32_t scale) { return orviMulC_16s_C1RSfs(s, sStep, v, d, dStep, roi, scale); };
-  const auto plainShorts = [](const int16_t* s, int32_t sStep, int16_t* d, int32_t dStep, OrvSize roi, int16_t v,
-                              int32_t scale) {
-    const auto product = [=](int16_t p) { return reference::scaled<int16_t>((double)p * v, scale); };
-    reference::unary(1, product)(s, sStep, d, dStep, roi);
-  };
+  const auto plainShorts =
+      unaryOf([](int16_t p, int16_t v, int32_t scale) { return reference::scaled<int16_t>((double)p * v, scale); });
   for (const bool plainScale : {true, false})
-    sweepUnary<int16_t>("orviMulC_16s_C1RSfs", shorts, plainShorts, {70, 29}, false, 1,
+    sweepUnary<int16_t>("orviMulC_16s_C1RSfs", shorts, plainShorts, {70, 29}, 1,
                         Value<int16_t>({-32768, -300, -1, 0, 1, 4, 32767}),
                         Value<int32_t>(plainScale ? std::vector<int32_t>{0} : scales));
 }
 
 TEST(thresholds) {
-  checkThreshold<uint8_t>("orviThreshold_Val_8u_C1R", orviThreshold_Val_8u_C1R, {}, false, {0, 1, 127, 128, 254, 255},
+  checkThreshold<uint8_t>("orviThreshold_Val_8u_C1R", orviThreshold_Val_8u_C1R, {}, {0, 1, 127, 128, 254, 255},
                           {0, 3, 255});
   for (const int32_t cache : {32 << 20, -1}) {
     steerCache(cache);
-    checkThreshold<uint16_t>("orviThreshold_Val_16u_C1R", orviThreshold_Val_16u_C1R, {520, 513}, false,
+    checkThreshold<uint16_t>("orviThreshold_Val_16u_C1R", orviThreshold_Val_16u_C1R, {520, 513},
                              {0, 1, 32767, 32768, 65535}, {0, 3, 65535});
   }
   steerCache(32 << 20);
-  const auto above = [](auto s, int32_t sStep, auto d, int32_t dStep, OrvSize roi, auto threshold, auto value) {
-    reference::unary(1, [=](auto v) { return v > threshold ? value : v; })(s, sStep, d, dStep, roi);
-  };
-  sweepUnary<uint8_t>("orviThreshold_GTVal_8u_C1R", orviThreshold_GTVal_8u_C1R, above, {}, false, 1,
-                      Value<uint8_t>({0, 128}), Value<uint8_t>({255}));
-  sweepUnary<uint16_t>("orviThreshold_GTVal_16u_C1R", orviThreshold_GTVal_16u_C1R, above, {}, false, 1,
+  const auto above = unaryOf([](auto v, auto threshold, auto value) { return v > threshold ? value : v; });
+  sweepUnary<uint8_t>("orviThreshold_GTVal_8u_C1R", orviThreshold_GTVal_8u_C1R, above, {}, 1, Value<uint8_t>({0, 128}),
+                      Value<uint8_t>({255}));
+  sweepUnary<uint16_t>("orviThreshold_GTVal_16u_C1R", orviThreshold_GTVal_16u_C1R, above, {}, 1,
                        Value<uint16_t>({0, 40000}), Value<uint16_t>({65535}));
-  const auto clip = [](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, int32_t compare, float t) {
-    const auto limit = [=](float v) { return (compare == 4 ? v > t : v < t) ? t : v; };
-    reference::unary(1, limit)(s, sStep, d, dStep, roi);
-  };
-  const auto clipBelow = [clip](const float* s, int32_t sStep, float* d, int32_t dStep, OrvSize roi, float t) {
-    clip(s, sStep, d, dStep, roi, 0, t);
-  };
-  sweepUnary<float>("orviThreshold_32f_C1R", orviThreshold_32f_C1R, clip, {}, true, 1, Value<int32_t>({0, 4}),
+  const auto clip = unaryOf([](float v, int32_t compare, float t) { return (compare == 4 ? v > t : v < t) ? t : v; });
+  const auto clipBelow = unaryOf([](float v, float t) { return v < t ? t : v; });
+  sweepUnary<float>("orviThreshold_32f_C1R", orviThreshold_32f_C1R, clip, {}, 1, Value<int32_t>({0, 4}),
                     Value<float>({0.f, -0.f, 17.f}));
-  sweepUnary<float>("orviThreshold_LT_32f_C1R", orviThreshold_LT_32f_C1R, clipBelow, {}, true, 1,
-                    Value<float>({0.f, -3.f}));
+  sweepUnary<float>("orviThreshold_LT_32f_C1R", orviThreshold_LT_32f_C1R, clipBelow, {}, 1, Value<float>({0.f, -3.f}));
 }

@@ -37,23 +37,15 @@ static int failures;
     }                                                                 \
   } while (0)
 
-static std::set<std::string> wordsOf(const std::string& text) {
-  std::istringstream stream(text);
-  return {std::istream_iterator<std::string>(stream), {}};
-}
-
 // Flags of the first processor as the kernel tells them.
 static std::set<std::string> kernelFlags() {
   std::ifstream file("/proc/cpuinfo");
   for (std::string line; std::getline(file, line);) {
-    if (line.rfind("flags", 0) == 0) return wordsOf(line.substr(line.find(':') + 1));
+    if (line.rfind("flags", 0) != 0) continue;
+    std::istringstream words(line.substr(line.find(':') + 1));
+    return {std::istream_iterator<std::string>(words), {}};
   }
   return {};
-}
-
-static int32_t processorsAllowed() {
-  cpu_set_t mask;
-  return sched_getaffinity(getpid(), sizeof mask, &mask) ? 1 : CPU_COUNT(&mask);
 }
 
 // Runs this program again with one argument, prepared by `prepare` in the new process. Returns its exit code.
@@ -88,32 +80,16 @@ static void firstCallsAtOnce() {
 }
 
 static void featuresAsTheKernelTells() {
-  static const std::map<std::string, uint64_t> names = {{"sse2", orvCpuSse2},
-                                                        {"pni", orvCpuSse3},
-                                                        {"popcnt", orvCpuPopcnt},
-                                                        {"abm", orvCpuLzcnt},
-                                                        {"ssse3", orvCpuSsse3},
-                                                        {"movbe", orvCpuMovbe},
-                                                        {"sse4_1", orvCpuSse41},
-                                                        {"sse4_2", orvCpuSse42},
-                                                        {"aes", orvCpuAes},
-                                                        {"pclmulqdq", orvCpuPclmul},
-                                                        {"sha_ni", orvCpuSha},
-                                                        {"bmi1", orvCpuBmi1},
-                                                        {"bmi2", orvCpuBmi2},
-                                                        {"avx", orvCpuAvx},
-                                                        {"f16c", orvCpuF16c},
-                                                        {"fma", orvCpuFma},
-                                                        {"avx2", orvCpuAvx2},
-                                                        {"vaes", orvCpuVaes},
-                                                        {"vpclmulqdq", orvCpuVpclmul},
-                                                        {"avx512f", orvCpuAvx512f},
-                                                        {"avx512cd", orvCpuAvx512cd},
-                                                        {"avx512dq", orvCpuAvx512dq},
-                                                        {"avx512bw", orvCpuAvx512bw},
-                                                        {"avx512vl", orvCpuAvx512vl},
-                                                        {"avx512vbmi", orvCpuAvx512vbmi},
-                                                        {"avx512_vnni", orvCpuAvx512vnni}};
+  // clang-format off
+  static const std::map<std::string, uint64_t> names = {
+      {"sse2", orvCpuSse2}, {"pni", orvCpuSse3}, {"popcnt", orvCpuPopcnt}, {"abm", orvCpuLzcnt},
+      {"ssse3", orvCpuSsse3}, {"movbe", orvCpuMovbe}, {"sse4_1", orvCpuSse41}, {"sse4_2", orvCpuSse42},
+      {"aes", orvCpuAes}, {"pclmulqdq", orvCpuPclmul}, {"sha_ni", orvCpuSha}, {"bmi1", orvCpuBmi1},
+      {"bmi2", orvCpuBmi2}, {"avx", orvCpuAvx}, {"f16c", orvCpuF16c}, {"fma", orvCpuFma}, {"avx2", orvCpuAvx2},
+      {"vaes", orvCpuVaes}, {"vpclmulqdq", orvCpuVpclmul}, {"avx512f", orvCpuAvx512f}, {"avx512cd", orvCpuAvx512cd},
+      {"avx512dq", orvCpuAvx512dq}, {"avx512bw", orvCpuAvx512bw}, {"avx512vl", orvCpuAvx512vl},
+      {"avx512vbmi", orvCpuAvx512vbmi}, {"avx512_vnni", orvCpuAvx512vnni}};
+  // clang-format on
   uint64_t offered = 0, named = 0;
   orvGetCpuFeatures(&offered, nullptr);
   const std::set<std::string> flags = kernelFlags();
@@ -158,9 +134,8 @@ static int variantWith(uint64_t word) {
 
 static void enabledFeaturesSteerTheVisionLibrary() {
   const uint64_t both = orvCpuSsse3 | orvCpuMovbe, offered = orvGetEnabledCpuFeatures();
-  const auto nothing = [] {};
-  CHECK(again("variant-all", nothing) == ((offered & both) == both ? 'n' : 'u'), "all features");
-  CHECK(again("variant-without-movbe", nothing) == 'u', "all but MOVBE");
+  CHECK(again("variant-all", [] {}) == ((offered & both) == both ? 'n' : 'u'), "all features");
+  CHECK(again("variant-without-movbe", [] {}) == 'u', "all but MOVBE");
 }
 
 // ---- threads ----
@@ -180,13 +155,12 @@ static void threadCount() {
 }
 
 static void processorsFollowTheAffinityMask() {
-  const int32_t allowed = processorsAllowed();
+  cpu_set_t mask;
+  const int32_t allowed = sched_getaffinity(0, sizeof mask, &mask) ? 1 : CPU_COUNT(&mask);
   CHECK(orvGetNumCoresOnDie() == allowed, "%d processors, %d allowed", orvGetNumCoresOnDie(), allowed);
   CHECK(again("processors", [] {}) == (allowed & 0xFF), "in a fresh process");
 
-  const auto toOne = [] {
-    cpu_set_t mask;
-    sched_getaffinity(0, sizeof mask, &mask);
+  const auto toOne = [&mask] {
     int first = 0;
     while (!CPU_ISSET(first, &mask)) first++;
     CPU_ZERO(&mask);
@@ -237,8 +211,8 @@ static void allocation() {
 
 // ---- statuses ----
 
-// All values of the public header, read from its text so that a new value can't be forgotten.
-static std::map<int32_t, std::string> statusesOfTheHeader() {
+static void statusTexts() {
+  // All values of the public header, read from its text so that a new value can't be forgotten.
   std::map<int32_t, std::string> statuses;
   std::ifstream file(TYPES_HEADER);
   for (std::string line; std::getline(file, line);) {
@@ -246,11 +220,6 @@ static std::map<int32_t, std::string> statusesOfTheHeader() {
     int value;
     if (sscanf(line.c_str(), " orvStatus%63[A-Za-z] = %d", name, &value) == 2) statuses[value] = name;
   }
-  return statuses;
-}
-
-static void statusTexts() {
-  const auto statuses = statusesOfTheHeader();
   const std::string unknown = orvGetStatusString(1);
   CHECK(statuses.size() >= 29 && statuses.count(orvStatusNotSupported), "%zu values found", statuses.size());
   CHECK(!unknown.empty(), "text of an unknown value");

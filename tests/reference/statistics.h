@@ -20,32 +20,25 @@ struct Pixels {
   // body(x, y) in the order of rows.
   template <class Body>
   void forEach(const Body& body) const {
-    for (int y = 0; y < roi.height; ++y)
-      for (int x = 0; x < roi.width; ++x)
-        if (!mask || load(mask, maskStep, y, x)) body(x, y);
+    forEachElement(roi, 1, [&](int y, int x) {
+      if (!mask || load(mask, maskStep, y, x)) body(x, y);
+    });
   }
 };
 
 // body(pixels, output...) as a function with the arguments of a member: an image, perhaps a mask, the region, perhaps
 // the channel of interest, then what it writes.
-template <class T, class Body, class... Out>
-void callMember(const Pixels<T>& p, const Body& body, Out*... out) {
-  body(p, out...);
-}
-template <class T, class Body, class... Rest>
-void callMember(Pixels<T> p, const Body& body, int32_t coi, Rest... rest) {
-  p.coi = coi;
-  callMember(p, body, rest...);
-}
-template <class T, class Body, class... Rest>
-void callMember(Pixels<T> p, const Body& body, OrvSize roi, Rest... rest) {
-  p.roi = roi;
-  callMember(p, body, rest...);
-}
-template <class T, class Body, class... Rest>
-void callMember(Pixels<T> p, const Body& body, const uint8_t* mask, int32_t maskStep, Rest... rest) {
-  p.mask = mask, p.maskStep = maskStep;
-  callMember(p, body, rest...);
+template <class T, class Body, class First, class... Rest>
+void callMember(Pixels<T> p, const Body& body, First first, Rest... rest) {
+  if constexpr (std::is_same<First, OrvSize>::value) {
+    p.roi = first, callMember(p, body, rest...);
+  } else if constexpr (std::is_convertible<First, const uint8_t*>::value) {
+    p.mask = first, callMember(p, body, rest...);
+  } else if constexpr (std::is_same<First, int32_t>::value) {
+    (p.mask && !p.maskStep ? p.maskStep : p.coi) = first, callMember(p, body, rest...);
+  } else {
+    body(p, first, rest...);
+  }
 }
 template <class T, class Body>
 auto member(int channels, Body body) {
