@@ -11,13 +11,10 @@ struct Buffer {
   Guarded memory;
   Buffer(int32_t bytes, size_t gap) : memory((size_t)bytes, true, gap) {}
   OrvFGMMState* state() const { return (OrvFGMMState*)(void*)memory.data(); }
-  template <class T>
-  T at(int field, ptrdiff_t index) const {
-    const uint8_t *start = memory.data() + (-(uintptr_t)memory.data() & 31), *array;
-    memcpy(&array, start + field, sizeof array);
-    T value;
-    memcpy(&value, array + index * (ptrdiff_t)sizeof(T), sizeof(T));
-    return value;
+  const uint8_t* array(int field) const {
+    const uint8_t* start;
+    memcpy(&start, memory.data() + (-(uintptr_t)memory.data() & 31) + field, sizeof start);
+    return start;
   }
 };
 
@@ -31,12 +28,11 @@ int32_t bytesFor(OrvSize roi, int32_t gauss) {
 void nextFrame(Random& r, Image<uint8_t>& image) {
   const uint8_t palette[5][3] = {{0, 0, 0}, {200, 60, 90}, {203, 61, 94}, {30, 220, 128}, {255, 255, 255}};
   const bool still = r.one(3);
-  for (int i = 0; i < image.elements() / 3 * image.height(); ++i) {
-    const int kind = still ? 1 + i % 4 : r.in(0, 4), shade = r.one(4) ? r.in(1, 9) : 10,
-              noise = r.one(2) ? r.in(0, 6) : 0;
-    const int x = i % (image.elements() / 3), y = i / (image.elements() / 3);
+  const int width = image.elements() / 3;
+  for (int i = 0; i < width * image.height(); ++i) {
+    const int kind = still ? 1 + i % 4 : r.in(0, 4), shade = r.one(4) ? r.in(1, 9) : 10, noise = 6 * r.in(0, 1);
     for (int c = 0; c < 3; ++c)
-      image.set(3 * x + c, y, (uint8_t)std::min(255, palette[kind][c] * shade / 10 + (noise ? r.in(0, noise) : 0)));
+      image.set(3 * (i % width) + c, i / width, (uint8_t)std::min(255, palette[kind][c] * shade / 10 + r.in(0, noise)));
   }
   image.keep();
 }
@@ -73,12 +69,12 @@ void compareAll(const Case& k, Random& r) {
       const uint8_t* const colour = src.data() + y * src.step() + 3 * x;
       if (frame > 0) same = p.foreground(model, frame, k.learningRate, colour) == dst.at(x, y);
       for (int c = 0; c < 3; ++c) same = same && p.background(model, c) == picture.at(3 * x + c, y);
-      same = same && buffer.at<uint8_t>(32, i) == p.count;
-      for (ptrdiff_t m = 0; m < gauss; ++m) {
+      same = same && buffer.array(32)[i] == p.count;
+      for (int m = 0; m < gauss && same; ++m) {
         const auto& mode = p.slots[(size_t)m];
-        for (int c = 0; c < 3; ++c) same = same && buffer.at<float>(16, (i * gauss + m) * 3 + c) == mode.mean[c];
-        same = same && buffer.at<float>(24, (i * gauss + m) * 2) == mode.weight &&
-               buffer.at<float>(24, (i * gauss + m) * 2 + 1) == mode.variance;
+        const float spread[] = {mode.weight, mode.variance};
+        same = memcmp(buffer.array(16) + (i * gauss + m) * 12, mode.mean, 12) == 0 &&
+               memcmp(buffer.array(24) + (i * gauss + m) * 8, spread, 8) == 0;
       }
       CHECK(same, "%d x %d, %d modes: pixel (%d, %d)", width, k.roi.height, gauss, x, y);
     }
