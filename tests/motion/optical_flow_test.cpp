@@ -39,9 +39,9 @@ struct Levels {
 };
 
 struct Settings {
-  OrvSize maxRoi = {250, 250};  // all levels whole
-  int winSize = 15, maxLevel = 0, maxIter = 20;
-  float threshold = 0.01f;
+  OrvSize maxRoi;
+  int winSize, maxLevel, maxIter;
+  float threshold;
 };
 
 struct Tracked {

@@ -43,9 +43,9 @@ TEST(levels) {
     OrvSize below, least, most, before{0, 0};
     for (int n = 1; n < 300; ++n) {
       CHECK(orviGetPyramidUpROI({n, n}, &least, &most, rate) == orvStatusOk);
-      CHECK(least.width == (n == 1 ? 1 : std::max(n + 1, (int)((float)(n - 1) * rate) + 1)));
-      CHECK(most.height == std::max(n + 1, (int)((float)n * rate)) && least.width == least.height);
-      CHECK(least.width == before.width + 1, "%d", n);
+      CHECK(most.height == std::max(n + 1, (int)((float)n * rate)) && least.width == before.width + 1 &&
+                least.width == least.height && most.width == most.height,
+            "%d", n);
       before = most;
       CHECK(orviGetPyramidDownROI({n, 301 - n}, &below, rate) == orvStatusOk);
       CHECK(orviGetPyramidUpROI(below, &least, &most, rate) == orvStatusOk);
