@@ -28,20 +28,16 @@ const Family<uint8_t, int16_t> bytes[] = {FAMILY(1, 8u_C1R), FAMILY(3, 8u_C3R)};
 const Family<uint16_t, int16_t> words[] = {FAMILY(1, 16u_C1R), FAMILY(3, 16u_C3R)};
 const Family<float, float> floats[] = {FAMILY(1, 32f_C1R), FAMILY(3, 32f_C3R)};
 
-template <class V, class T>
-reference::Sheet<V> channel(const Image<T>& image, int c, int channels) {
-  return {image.elements() / channels, image.height(), [&](int y, int x) { return (V)image.at(x * channels + c, y); }};
-}
-
 // One step in every setting. `plain` makes a channel.
-template <class T, class State, class Run, class Plain>
-void checkStep(Random& r, const Image<T>& src, OrvSize from, OrvSize to, int channels, State* state, Run run,
-               const Plain& plain) {
+template <class V, class T, class State, class Run, class Plain>
+void checkStep(Random& r, const Image<T>& src, OrvSize to, int channels, State* state, Run run, const Plain& plain) {
+  const OrvSize from{src.elements() / channels, src.height()};
   const Context context(std::to_string(from.width) + "x" + std::to_string(from.height) + " to " +
                         std::to_string(to.width) + "x" + std::to_string(to.height));
   Image<T> dst(r, to.width, to.height, channels);
-  std::vector<decltype(plain(0))> want;
-  for (int c = 0; c < channels; ++c) want.push_back(plain(c));
+  std::vector<reference::Sheet<V>> want;
+  for (int c = 0; c < channels; ++c)
+    want.push_back(plain({from.width, from.height, [&](int y, int x) { return (V)src.at(x * channels + c, y); }}));
   forEachSetting((int64_t)from.width * from.height >= 32768, [&] {
     dst.restore();
     CHECK(run(src.data(), src.step(), from, dst.data(), dst.step(), to, state) == orvStatusOk);
@@ -66,6 +62,8 @@ std::vector<K> drawKernel(Random& r, int size) {
 template <class T, class K>
 void checkPyramid(Random& r, const Family<T, K>& call, OrvSize size, float rate, int kerSize) {
   using Plain = reference::PyramidLayerPlain<T, K>;
+  using V = typename Plain::V;
+  using W = typename Plain::W;
   std::vector<K> kernel = drawKernel<T, K>(r, kerSize);
   const Plain down(kernel, rate, false), up(kernel, rate, true);
   OrvStatus expected = orvStatusOk;
@@ -82,14 +80,13 @@ void checkPyramid(Random& r, const Family<T, K>& call, OrvSize size, float rate,
     src.fill(r, false);
     OrvSize below, least, most;
     orviGetPyramidDownROI(size, &below, rate);
-    const auto goDown = [&](int c) {
-      return down.down(channel<typename Plain::V>(src, c, call.channels), below, call.channels == 1);
-    };
-    checkStep(r, src, size, below, call.channels, downState, call.down.run, goDown);
+    checkStep<V>(r, src, below, call.channels, downState, call.down.run,
+                 [&](const reference::Sheet<V>& s) { return down.down(s, below, call.channels == 1); });
     orviGetPyramidUpROI(size, &least, &most, rate);
     const OrvSize above{r.in(least.width, most.width), r.in(least.height, most.height)};
-    const auto goUp = [&](int c) { return up.up(channel<typename Plain::W>(src, c, call.channels), above); };
-    if (above.width * above.height < 20000) checkStep(r, src, size, above, call.channels, upState, call.up.run, goUp);
+    if (above.width * above.height < 20000)
+      checkStep<W>(r, src, above, call.channels, upState, call.up.run,
+                   [&](const reference::Sheet<W>& s) { return up.up(s, above); });
     if (below.height == size.height) break;  // the first level of a height decides for all that have it
     size = below;
   }
