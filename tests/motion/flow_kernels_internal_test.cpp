@@ -2,7 +2,6 @@
 // One body serves both variants.
 #include <algorithm>
 #include <array>
-#include <functional>
 #include "framework/guarded.h"
 #include "framework/image.h"
 #include "framework/settings.h"
@@ -11,24 +10,6 @@
 using namespace test;
 
 namespace {
-
-// Sums of products over a window, as bytes' windows add them: 32 bits a row, which wrap.
-double plainSum(int width, int height, const std::function<int32_t(int, int)>& product) {
-  double sum = 0;
-  for (int y = 0; y < height; ++y) {
-    uint32_t row = 0;
-    for (int x = 0; x < width; ++x) row += (uint32_t)product(x, y);
-    sum += (int32_t)row;
-  }
-  return sum;
-}
-// As windows of floats do: eight sums, of the columns equal modulo 8.
-double plainSum(int width, int height, const std::function<double(int, int)>& product) {
-  double l[8] = {};
-  for (int x = 0; x < width; ++x)
-    for (int y = 0; y < height; ++y) l[x % 8] += product(x, y);
-  return ((l[0] + l[4]) + (l[2] + l[6])) + ((l[1] + l[5]) + (l[3] + l[7]));
-}
 
 int16_t toGradient(float v, int16_t*) { return (int16_t)std::clamp(nearbyintf(v), -32768.f, 32767.f); }
 float toGradient(float v, float*) { return v; }
@@ -54,18 +35,25 @@ void checkKernels(FlowKernels<P, G> (*get)(), int most) {
     const ptrdiff_t at = y0 * stride + x0;
     const FlowWindow<P, G> w{
         &first[(size_t)at], &second[(size_t)at], &gx[(size_t)at], &gy[(size_t)at], stride, width, height};
-    using F = std::function<Product(int, int)>;
     const auto g = [&](const G* plane) { return [=](int x, int y) { return (Product)plane[y * stride + x]; }; };
     const auto d = [&](int x, int y) { return (Product)w.first[y * stride + x] - (Product)w.second[y * stride + x]; };
-    const auto sum = [&](const auto& a, const auto& b) {
-      return plainSum(width, height, F([&](int x, int y) { return (Product)(a(x, y) * b(x, y)); }));
+    // In eight sums, of the columns equal modulo 8; or, as products of bytes' windows, in 32 bits a row, which wrap.
+    const auto sum = [&](const auto& a, const auto& b, bool wraps) {
+      double l[8] = {}, wrapped = 0;
+      std::array<uint32_t, 9> rows{};
+      for (int x = 0; x < width; ++x)
+        for (int y = 0; y < height; ++y) {
+          const Product product = (Product)(a(x, y) * b(x, y));
+          l[x % 8] += product, rows[(size_t)y] += (uint32_t)(int64_t)product;
+        }
+      for (const uint32_t row : rows) wrapped += (int32_t)row;
+      return wraps ? wrapped : ((l[0] + l[4]) + (l[2] + l[6])) + ((l[1] + l[5]) + (l[3] + l[7]));
     };
-    const std::array<double, 5> want = {sum(g(w.gx), g(w.gx)), sum(g(w.gx), g(w.gy)), sum(g(w.gy), g(w.gy)),
-                                        sum(d, g(w.gx)), sum(d, g(w.gy))};
-    double squares = 0;
-    for (int y = 0; y < height; ++y)
-      for (int x = 0; x < width; ++x) squares += (double)d(x, y) * (double)d(x, y);
-    if (std::is_same<P, float>::value) squares = sum(d, d);
+    const bool wraps = std::is_integral<P>::value;
+    const auto across = g(w.gx), down = g(w.gy);
+    const std::array<double, 5> want = {sum(across, across, wraps), sum(across, down, wraps), sum(down, down, wraps),
+                                        sum(d, across, wraps), sum(d, down, wraps)};
+    const double squares = sum(d, d, false);
     const Context context(std::to_string(width) + "x" + std::to_string(height));
     forEachSetting(false, [&] {
       const FlowKernels<P, G> kernels = get();

@@ -93,15 +93,13 @@ TEST(videos) { forVideos(follow); }
 TEST(refusals) {
   for (const int channels : {1, 3}) {
     const Functions& call = functions[channels == 3];
-    checkInit<State>(call.init, call.free, channels, 8);
-    uint8_t p[13 * 5 * 3] = {};
-    State* state = nullptr;
-    CHECK(call.init(p, 39, {13, 5}, p, &state) == orvStatusOk);
-    walkFrame(call.run, 2, In<uint8_t>(channels), Out<uint8_t>(), Roi(), Value<State*>({state}));
-    walkFrame(call.update, 3, In<uint8_t>(channels), Mask(), Out<uint8_t>(channels), Roi(), Value<State*>({state}));
-    CHECK(call.run(p, 39, p, 39, {13, 5}, nullptr) == orvStatusNullPtr);
-    CHECK(call.update(p, 39, p, 39, p, 39, {13, 5}, nullptr) == orvStatusNullPtr);
-    CHECK(call.run(p, 42, p, 42, {14, 5}, state) == orvStatusSize);
-    CHECK(call.update(p, 39, p, 39, p, 39, {13, 6}, state) == orvStatusSize && call.free(state) == orvStatusOk);
+    checkInit<State>(call.init, call.free, channels, 8, [&](State* state) {
+      const Value<State*> states({state});
+      walkFrame(call.run, {0, 1}, In<uint8_t>(channels), Out<uint8_t>(), Roi(), states);
+      walkFrame(call.update, {0, 1, 2}, In<uint8_t>(channels), Mask(), Out<uint8_t>(channels), Roi(), states);
+      uint8_t p[13 * 6 * 3];
+      CHECK(call.run(p, 42, p, 42, {14, 5}, state) == orvStatusSize);
+      CHECK(call.update(p, 39, p, 39, p, 39, {13, 6}, state) == orvStatusSize);
+    });
   }
 }

@@ -53,24 +53,25 @@ void forVideos(const Follow& follow) {
   CHECK(steeredLiveAllocations() == 0);
 }
 
-// The checks of a function that takes a frame; `images` of them stand in front of the ROI.
+// The checks of a function that takes a frame: images, as many as told, the ROI and a state for 13 x 5 pixels.
 template <class Function, class... Role>
-void walkFrame(Function function, int images, Role... roles) {
-  std::vector<Told> order = {{Fault::width, images}, {Fault::height, images}, {Fault::smallStep, 0}};
-  for (int i = images; i-- > 0;) order.insert(order.begin(), {Fault::null, i});
-  walkArguments("a frame", function, order, roles...);
+void walkFrame(Function function, const std::vector<int>& images, Role... roles) {
+  const int roi = images.back() + 1;
+  walkArguments("a frame", function,
+                eachOf(Fault::null, images) + pointersThenSizes({roi + 1}, roi) + eachOf(Fault::smallStep, {0}),
+                roles...);
 }
 
-// Refusals of init and free; each allocation fails once; a size whose bytes wrap to few.
-template <class State, class Init, class Free>
-void checkInit(Init init, Free release, int channels, int allocations) {
-  walkArguments("init", init,
-                {{Fault::null, 0}, {Fault::null, 3}, {Fault::width, 1}, {Fault::height, 1}, {Fault::smallStep, 0}},
-                In<uint8_t>(channels), Roi(), Value<const void*>({&channels}), Result<State*>());
+// Refusals of init and free; each allocation fails once; a size whose bytes wrap to few. `more` takes a state for 13
+// x 5.
+template <class State, class Init, class Free, class More>
+void checkInit(Init init, Free release, int channels, int allocations, const More& more) {
+  walkArguments("init", init, pointersThenSizes({0, 3}, 1) + eachOf(Fault::smallStep, {0}), In<uint8_t>(channels),
+                Roi(), Value<const void*>({&channels}), Result<State*>());
   const uint8_t frame[13 * 5 * 3] = {};
   State* state = nullptr;
   const auto make = [&](int32_t width, int32_t height, const void* model) {
-    return init(frame, INT32_MAX, {width, height}, model, &state);
+    return init(frame, height == 5 ? 39 : INT32_MAX, {width, height}, model, &state);
   };
   CHECK(make(13, 1, nullptr) == orvStatusNullPtr && release(nullptr) == orvStatusNullPtr);
   CHECK(make(64, (1 << 26) + 1, frame) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
@@ -79,7 +80,8 @@ void checkInit(Init init, Free release, int channels, int allocations) {
     CHECK(make(13, 1, frame) == orvStatusNoMem && !state && steeredLiveAllocations() == 0, "allocation %d", kth);
   }
   steerFailAllocation(0);
-  CHECK(make(13, 1, frame) == orvStatusOk && steeredAllocations() == allocations);
+  CHECK(make(13, 5, frame) == orvStatusOk && steeredAllocations() == allocations);
+  more(state);
   CHECK(release(state) == orvStatusOk && steeredLiveAllocations() == 0);
 }
 

@@ -1,6 +1,5 @@
 // The Gaussian mixture against its plain form, frame by frame, masks, modes and backgrounds; sizes; refusals.
-#include "framework/image.h"
-#include "framework/settings.h"
+#include "framework/sweep.h"
 #include "reference/mixture.h"
 
 using namespace test;
@@ -12,13 +11,10 @@ struct Buffer {
   Guarded memory;
   Buffer(int32_t bytes, size_t gap) : memory((size_t)bytes, true, gap) {}
   OrvFGMMState* state() const { return (OrvFGMMState*)(void*)memory.data(); }
-  template <class T>
-  T at(int field, ptrdiff_t index) const {
-    const uint8_t *start = memory.data() + (-(uintptr_t)memory.data() & 31), *array;
-    memcpy(&array, start + field, sizeof array);
-    T value;
-    memcpy(&value, array + index * (ptrdiff_t)sizeof(T), sizeof(T));
-    return value;
+  const uint8_t* array(int field) const {
+    const uint8_t* start;
+    memcpy(&start, memory.data() + (-(uintptr_t)memory.data() & 31) + field, sizeof start);
+    return start;
   }
 };
 
@@ -32,12 +28,11 @@ int32_t bytesFor(OrvSize roi, int32_t gauss) {
 void nextFrame(Random& r, Image<uint8_t>& image) {
   const uint8_t palette[5][3] = {{0, 0, 0}, {200, 60, 90}, {203, 61, 94}, {30, 220, 128}, {255, 255, 255}};
   const bool still = r.one(3);
-  for (int i = 0; i < image.elements() / 3 * image.height(); ++i) {
-    const int kind = still ? 1 + i % 4 : r.in(0, 4), shade = r.one(4) ? r.in(1, 9) : 10,
-              noise = r.one(2) ? r.in(0, 6) : 0;
-    const int x = i % (image.elements() / 3), y = i / (image.elements() / 3);
+  const int width = image.elements() / 3;
+  for (int i = 0; i < width * image.height(); ++i) {
+    const int kind = still ? 1 + i % 4 : r.in(0, 4), shade = r.one(4) ? r.in(1, 9) : 10, noise = 6 * r.in(0, 1);
     for (int c = 0; c < 3; ++c)
-      image.set(3 * x + c, y, (uint8_t)std::min(255, palette[kind][c] * shade / 10 + (noise ? r.in(0, noise) : 0)));
+      image.set(3 * (i % width) + c, i / width, (uint8_t)std::min(255, palette[kind][c] * shade / 10 + r.in(0, noise)));
   }
   image.keep();
 }
@@ -71,15 +66,15 @@ void compareAll(const Case& k, Random& r) {
     for (int i = 0; i < width * k.roi.height && same; ++i) {
       const int x = i % width, y = i / width;
       auto& p = pixels[(size_t)i];
-      const uint8_t colour[3] = {src.at(3 * x, y), src.at(3 * x + 1, y), src.at(3 * x + 2, y)};
+      const uint8_t* const colour = src.data() + y * src.step() + 3 * x;
       if (frame > 0) same = p.foreground(model, frame, k.learningRate, colour) == dst.at(x, y);
       for (int c = 0; c < 3; ++c) same = same && p.background(model, c) == picture.at(3 * x + c, y);
-      same = same && buffer.at<uint8_t>(32, i) == p.count;
-      for (ptrdiff_t m = 0; m < gauss; ++m) {
+      same = same && buffer.array(32)[i] == p.count;
+      for (int m = 0; m < gauss && same; ++m) {
         const auto& mode = p.slots[(size_t)m];
-        for (int c = 0; c < 3; ++c) same = same && buffer.at<float>(16, (i * gauss + m) * 3 + c) == mode.mean[c];
-        same = same && buffer.at<float>(24, (i * gauss + m) * 2) == mode.weight &&
-               buffer.at<float>(24, (i * gauss + m) * 2 + 1) == mode.variance;
+        const float spread[] = {mode.weight, mode.variance};
+        same = memcmp(buffer.array(16) + (i * gauss + m) * 12, mode.mean, 12) == 0 &&
+               memcmp(buffer.array(24) + (i * gauss + m) * 8, spread, 8) == 0;
       }
       CHECK(same, "%d x %d, %d modes: pixel (%d, %d)", width, k.roi.height, gauss, x, y);
     }
@@ -112,43 +107,32 @@ TEST(againstThePlainForm) {
 
 TEST(sizes) {
   CHECK(bytesFor({1, 1}, 1) == 32 * 4 + 416 && bytesFor({5, 7}, 3) == 864 + 1280 + 192 + 64 + 416);
-  int32_t bytes = -1;
-  CHECK(orviFGMMGetBufferSize_8u_C3R({0, 0}, 0, nullptr) == orvStatusNullPtr);
-  CHECK(orviFGMMGetBufferSize_8u_C3R({0, 5}, 0, &bytes) == orvStatusSize);
-  CHECK(orviFGMMGetBufferSize_8u_C3R({5, 5}, 0, &bytes) == orvStatusBadArg && bytes == -1);
+  walkArguments("size", orviFGMMGetBufferSize_8u_C3R, pointersThenSizes({2}, 0) + std::vector<Told>{badValue(1, 0)},
+                Roi(), Value<int32_t>({3}), Result<int32_t>());
 }
 
-// In each call an argument is wrong, and so are those that are checked after it.
 TEST(refusals) {
-  const OrvSize roi{4, 3}, narrow{0, 3}, low{4, -1};
+  const OrvSize roi{13, 5};
   const Buffer buffer(bytesFor(roi, 5), 3);
-  OrvFGMMState* const state = buffer.state();
-  CHECK(orviFGMMInit_8u_C3R(roi, 5, &usual, state) == orvStatusOk);
+  OrvFGMMModel model = usual;
+  CHECK(orviFGMMInit_8u_C3R(roi, 5, &model, buffer.state()) == orvStatusOk);
   const std::vector<uint8_t> before(buffer.memory.data(), buffer.memory.data() + buffer.memory.bytes());
-  const uint8_t src[36] = {};
-  uint8_t dst[36] = {};
-  OrvFGMMModel bad = usual;
-  const auto run = [&](const uint8_t* from, int32_t step, uint8_t* to, int32_t toStep, OrvSize size, OrvFGMMState* s) {
-    return orviFGMMForeground_8u_C3R(from, step, to, toStep, size, s, &bad, 0.1);
-  };
+  const Value<OrvFGMMState*> state({buffer.state()});
+  const Value<const OrvFGMMModel*> models({&model});
+  const std::vector<Told> steps = {badValue(0, -12, orvStatusStep), badValue(1, 0, orvStatusStep)},
+                          sizes = {{Fault::width, 2}, {Fault::height, 2}};
   for (const int gauss : {0, 6}) {
-    bad.numGauss = gauss;
-    CHECK(run(nullptr, 0, dst, 0, narrow, state) == orvStatusNullPtr);
-    CHECK(run(src, 0, nullptr, 0, narrow, state) == orvStatusNullPtr);
-    CHECK(run(src, 0, dst, 0, narrow, nullptr) == orvStatusNullPtr);
-    CHECK(run(src, -12, dst, 4, narrow, state) == orvStatusStep && run(src, 12, dst, 0, low, state) == orvStatusStep);
-    CHECK(run(src, 12, dst, 4, narrow, state) == orvStatusSize && run(src, 12, dst, 4, low, state) == orvStatusSize);
-    CHECK(run(src, 12, dst, 4, roi, state) == orvStatusBadArg);
+    model.numGauss = gauss;
+    walkArguments("foreground", orviFGMMForeground_8u_C3R, eachOf(Fault::null, {0, 1, 3}) + steps + sizes,
+                  In<uint8_t>(3), Out<uint8_t>(), Roi(), state, models, Value<double>({0.1}));
+    uint8_t pixels[13 * 5 * 3] = {};
+    CHECK(orviFGMMForeground_8u_C3R(pixels, 39, pixels, 13, roi, buffer.state(), &model, 0.1) == orvStatusBadArg &&
+          std::all_of(pixels, std::end(pixels), [](uint8_t b) { return b == 0; }));
   }
-  CHECK(orviFGMMBackground_8u_C3R(nullptr, 0, narrow, state) == orvStatusNullPtr);
-  CHECK(orviFGMMBackground_8u_C3R(dst, 0, narrow, nullptr) == orvStatusNullPtr);
-  CHECK(orviFGMMBackground_8u_C3R(dst, 0, narrow, state) == orvStatusStep);
-  CHECK(orviFGMMInit_8u_C3R(narrow, 0, &usual, nullptr) == orvStatusNullPtr);
-  CHECK(orviFGMMInit_8u_C3R(narrow, 0, nullptr, state) == orvStatusNullPtr);
-  for (const OrvSize size : {narrow, low})
-    CHECK(orviFGMMBackground_8u_C3R(dst, 12, size, state) == orvStatusSize &&
-          orviFGMMInit_8u_C3R(size, 0, &usual, state) == orvStatusSize);
-  CHECK(orviFGMMInit_8u_C3R(roi, 0, &usual, state) == orvStatusBadArg);
+  walkArguments("background", orviFGMMBackground_8u_C3R,
+                eachOf(Fault::null, {0, 2}) + std::vector<Told>{steps[0], {Fault::width, 1}, {Fault::height, 1}},
+                Out<uint8_t>(3), Roi(), state);
+  walkArguments("init", orviFGMMInit_8u_C3R, pointersThenSizes({2, 3}, 0) + std::vector<Told>{badValue(1, 0)}, Roi(),
+                Value<int32_t>({5}), models, state);
   CHECK(memcmp(before.data(), buffer.memory.data(), before.size()) == 0, "refused, and yet something was written");
-  CHECK(std::all_of(dst, dst + 36, [](uint8_t b) { return b == 0; }));
 }

@@ -19,10 +19,8 @@ void check(const char* name, Function function) {
   };
   sweep(name, function, plain, {}, wild(In<T>()), wild(InOut<float>()), Roi(), Value<float>({255.5f, -1000, 0.1f}),
         Value<float>({0, 0, 1255.5f, 3, INFINITY, NAN}));
-  std::vector<Told> order = pointersThenSizes({0, 1}, 2);
-  for (const int image : {0, 1}) order.push_back({Fault::smallStep, image});
-  for (const int image : {0, 1})
-    if (image == 1 || sizeof(T) > 1) order.push_back({Fault::misalignedStep, image});
+  const std::vector<Told> order = pointersThenSizes({0, 1}, 2) + eachOf(Fault::smallStep, {0, 1}) +
+                                  eachOf(Fault::misalignedStep, sizeof(T) > 1 ? std::vector{0, 1} : std::vector{1});
   for (const float duration : {1.f, -1e-30f})
     walkArguments(name, function, order, In<T>(), InOut<float>(), Roi(), Value<float>({5}), Value<float>({duration}));
   const T silhouette = 1;

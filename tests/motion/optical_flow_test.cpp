@@ -4,8 +4,7 @@
 #include <string.h>
 #include <algorithm>
 #include <vector>
-#include "framework/settings.h"
-#include "framework/walker.h"
+#include "framework/sweep.h"
 
 using namespace test;
 
@@ -20,37 +19,32 @@ double scene(double x, double y) {
 template <class T>
 struct Levels {
   std::vector<std::vector<T>> pixels;
-  std::vector<void*> images;
-  std::vector<OrvSize> sizes;
-  std::vector<double> rates;
-  std::vector<int32_t> steps;
-  OrvPyramid pyramid;
+  OrvPyramid* pyramid = nullptr;
 
   Levels(OrvSize size, int levels, double dx, double dy, double wide = 1, double (*picture)(double, double) = scene) {
+    CHECK(orviPyramidInitAlloc(&pyramid, std::max(levels - 1, 1), size, 2) == orvStatusOk);
     for (int l = 0; l < levels; ++l) {
-      const int scale = 1 << l, w = size.width / scale, h = size.height / scale;
-      pixels.emplace_back((size_t)(w * h));
-      for (int i = 0; i < w * h; ++i) {
+      const int scale = 1 << l, w = pyramid->roi[l].width;
+      pixels.emplace_back((size_t)(w * pyramid->roi[l].height));
+      for (int i = 0; i < (int)pixels.back().size(); ++i) {
         const double v = picture(i % w * scale - dx, i / w * scale - dy) * wide;
         pixels.back()[(size_t)i] = (T)(std::is_integral<T>::value ? nearbyint(v) : v);
       }
-      sizes.push_back({w, h});
-      rates.push_back(1.0 / scale);
-      steps.push_back(w * (int32_t)sizeof(T));
+      pyramid->images[l] = pixels.back().data();
+      pyramid->steps[l] = w * (int32_t)sizeof(T);
     }
-    for (auto& level : pixels) images.push_back(level.data());
-    pyramid = {images.data(), sizes.data(), rates.data(), steps.data(), nullptr, levels - 1};
   }
   Levels(const Levels&) = delete;
+  ~Levels() { orviPyramidFree(pyramid); }
 };
 
 struct Settings {
-  OrvSize maxRoi = {250, 250};  // all levels whole
-  int winSize = 15, maxLevel = 0, maxIter = 20;
-  float threshold = 0.01f;
+  OrvSize maxRoi;
+  int winSize, maxLevel, maxIter;
+  float threshold;
 };
 
-struct Result {
+struct Tracked {
   std::vector<OrvPoint32f> points;
   std::vector<int8_t> status;
   std::vector<float> error;
@@ -73,14 +67,14 @@ FLOW(float, 32f, 1, 0.0005);
 
 // Tracks at every width, with the same bits.
 template <class T>
-Result track(const Levels<T>& a, const Levels<T>& b, const std::vector<OrvPoint32f>& from,
-             const std::vector<OrvPoint32f>& guess, const Settings& s) {
-  Result first;
+Tracked track(const Levels<T>& a, const Levels<T>& b, const std::vector<OrvPoint32f>& from,
+              const std::vector<OrvPoint32f>& guess, const Settings& s) {
+  Tracked first;
   forEachSetting(false, [&] {
-    Result r{guess, std::vector<int8_t>(from.size(), 99), std::vector<float>(from.size(), -7)};
+    Tracked r{guess, std::vector<int8_t>(from.size(), 99), std::vector<float>(from.size(), -7)};
     OrvOptFlowPyrLKState* state = nullptr;
     CHECK(Flow<T>::make(&state, s.maxRoi, s.winSize, 3) == orvStatusOk);
-    CHECK(Flow<T>::track(&a.pyramid, &b.pyramid, from.data(), r.points.data(), r.status.data(), r.error.data(),
+    CHECK(Flow<T>::track(a.pyramid, b.pyramid, from.data(), r.points.data(), r.status.data(), r.error.data(),
                          (int32_t)from.size(), s.winSize, s.maxLevel, s.maxIter, s.threshold, state) == orvStatusOk);
     CHECK(Flow<T>::release(state) == orvStatusOk);
     if (first.points.empty()) first = r;
@@ -98,6 +92,8 @@ std::vector<OrvPoint32f> grid(OrvSize size, float from, float step) {
   return points;
 }
 
+double distance(OrvPoint32f a, OrvPoint32f b) { return hypot(a.x - b.x, a.y - b.y); }
+
 // One step from a definition of its own: in double precision, pixel by pixel, with clamped coordinates.
 template <class T>
 struct Step {
@@ -106,8 +102,8 @@ struct Step {
 
   double at(const std::vector<T>& image, double x, double y) const {
     const auto pixel = [&](double i, double k) {
-      return (
-          double)image[(size_t)(std::clamp(k, 0., size.height - 1.) * size.width + std::clamp(i, 0., size.width - 1.))];
+      const int column = (int)std::clamp(i, 0., size.width - 1.), row = (int)std::clamp(k, 0., size.height - 1.);
+      return (double)image[(size_t)(row * size.width + column)];
     };
     const double i = floor(x), k = floor(y), fx = x - i, fy = y - k;
     return (1 - fy) * ((1 - fx) * pixel(i, k) + fx * pixel(i + 1, k)) +
@@ -147,14 +143,12 @@ void singleSteps() {
   for (size_t i = 0; i < guess.size(); i += 2) guess[i].x += 1.3f, guess[i].y -= 0.7f;
   for (const int winSize : {15, 8, 3})
     for (const int roi : {250, 1}) {  // whole level, windows on their own
-      const Result r = track(a, b, from, guess, {{roi, roi}, winSize, 0, 1, 0});
+      const Tracked r = track(a, b, from, guess, {{roi, roi}, winSize, 0, 1, 0});
       for (size_t i = 0; i < from.size(); ++i) {
-        const OrvPoint32f want = plain(from[i], guess[i], winSize);
-        if (!(hypot(want.x - guess[i].x, want.y - guess[i].y) < 3)) continue;  // hardly determined
-        CHECK(r.status[i] == 0 && fabs(r.points[i].x - want.x) < Flow<T>::near * 2 &&
-                  fabs(r.points[i].y - want.y) < Flow<T>::near * 2,
-              "window %d, roi %d, (%g, %g): (%.6g, %.6g), not (%.6g, %.6g)", winSize, roi, from[i].x, from[i].y,
-              r.points[i].x, r.points[i].y, want.x, want.y);
+        const OrvPoint32f want = plain(from[i], guess[i], winSize), got = r.points[i];
+        if (!(distance(want, guess[i]) < 3)) continue;  // hardly determined
+        CHECK(r.status[i] == 0 && distance(got, want) < Flow<T>::near * 2, "window %d, roi %d, (%g, %g): (%.6g, %.6g)",
+              winSize, roi, from[i].x, from[i].y, got.x, got.y);
       }
     }
 }
@@ -163,16 +157,15 @@ void singleSteps() {
 template <class T>
 void throughLevels() {
   const OrvSize size{240, 200};
-  const double dx = 7.3, dy = -5.6;
-  const Levels<T> a(size, 3, 0, 0, Flow<T>::wide), b(size, 3, dx, dy, Flow<T>::wide);
+  const Levels<T> a(size, 3, 0, 0, Flow<T>::wide), b(size, 3, 7.3, -5.6, Flow<T>::wide);
   const auto from = grid(size, 30, 22.7f);
   for (const int roi : {250, 130, 100, 1}) {
-    const Result r = track(a, b, from, from, {{roi, roi}, 15, 2, 30, 0.001f});
+    const Tracked r = track(a, b, from, from, {{roi, roi}, 15, 2, 30, 0.001f});
     for (size_t i = 0; i < from.size(); ++i)
-      CHECK(r.status[i] == 0 && fabs(r.points[i].x - from[i].x - dx) < 0.04 &&
-                fabs(r.points[i].y - from[i].y - dy) < 0.04 && r.error[i] < 0.5 * Flow<T>::wide,
-            "roi %d, (%g, %g): moved by (%g, %g), error %g", roi, from[i].x, from[i].y, r.points[i].x - from[i].x,
-            r.points[i].y - from[i].y, r.error[i]);
+      CHECK(r.status[i] == 0 && distance(r.points[i], {from[i].x + 7.3f, from[i].y - 5.6f}) < 0.04 &&
+                r.error[i] < 0.5 * Flow<T>::wide,
+            "roi %d, (%g, %g): at (%g, %g), error %g", roi, from[i].x, from[i].y, r.points[i].x, r.points[i].y,
+            r.error[i]);
   }
 }
 
@@ -189,54 +182,48 @@ TEST(throughLevels) { throughLevels<uint8_t>(), throughLevels<uint16_t>(), throu
 // What stays in the arrays of lost points.
 TEST(lostPoints) {
   const OrvSize size{64, 64};
-  const Levels<uint8_t> blank(size, 2, 0, 0, 1, flat), lines(size, 2, 0, 0, 1, stripes), seen(size, 2, 0, 0);
-  const std::vector<OrvPoint32f> from = {{30, 30}}, guess = {{31.5f, 29}}, away = {{400, 30}};
-  for (const int roi : {250, 33, 1}) {
-    for (const auto* image : {&blank, &lines}) {
-      const Result r = track(*image, *image, from, guess, {{roi, roi}, 9, 1, 5, 0.01f});
-      CHECK(r.status[0] == 2 && r.error[0] == 0 && r.points[0].x == 31.5f && r.points[0].y == 29, "roi %d", roi);
+  const Levels<uint8_t> blank(size, 2, 0, 0, 1, flat), lines(size, 2, 0, 0, 1, stripes), seen(size, 2, 0, 0),
+      missing(size, 2, 0, 0);
+  missing.pyramid->images[0] = nullptr;
+  const OrvPoint32f from{30, 30}, guess{31.5f, 29};
+  const struct {
+    const Levels<uint8_t>&first, &second;
+    OrvPoint32f from, guess;
+    int levels, status;
+  } cases[] = {{blank, blank, from, guess, 1, 2},
+               {lines, lines, from, guess, 1, 2},
+               {seen, seen, from, {400, 30}, 1, 2},  // no window in both images: the last estimate, from level 1
+               {seen, seen, {-1e9f, NAN}, guess, 0, 1},
+               {seen, missing, from, guess, 0, 1}};
+  for (const auto& k : cases)
+    for (const int roi : {250, 33, 1}) {
+      const Tracked r = track(k.first, k.second, {k.from}, {k.guess}, {{roi, roi}, 9, k.levels, 5, 0.01f});
+      CHECK(r.status[0] == k.status && r.error[0] == 0 && distance(r.points[0], k.guess) == 0, "case %d, roi %d",
+            (int)(&k - cases), roi);
     }
-    // both windows outside each other's image: the last estimate, up from level 1 again
-    const Result r = track(seen, seen, from, away, {{roi, roi}, 9, 1, 5, 0.01f});
-    CHECK(r.status[0] == 2 && r.error[0] == 0 && r.points[0].x == 400 && r.points[0].y == 30);
-    const Result far = track(seen, seen, {{-1e9f, NAN}}, guess, {{roi, roi}, 9, 0, 5, 0.01f});
-    CHECK(far.status[0] == 1 && far.points[0].x == 31.5f && far.points[0].y == 29);
-  }
-  // an image that is missing: the first image's level ends, the second's point is lost
-  Levels<uint8_t> missing(size, 2, 0, 0);
-  missing.images[0] = nullptr;
-  const Result whole = track(missing, seen, from, from, {{33, 33}, 9, 1, 5, 0.01f});
-  CHECK(whole.status[0] == 0 && whole.error[0] == 0);  // level 1 whole, level 0 by windows: error cleared, status 0
-  const Result second = track(seen, missing, from, guess, {{1, 1}, 9, 0, 5, 0.01f});
-  CHECK(second.status[0] == 1 && second.error[0] == 0 && second.points[0].x == 31.5f);
+  // the first image is missing: level 1 whole, level 0 by windows; error cleared, status 0
+  const Tracked whole = track(missing, seen, {from}, {from}, {{33, 33}, 9, 1, 5, 0.01f});
+  CHECK(whole.status[0] == 0 && whole.error[0] == 0);
 }
 
 TEST(stopping) {
   const OrvSize size{64, 64};
   const Levels<float> a(size, 1, 0, 0, 1, bent), b(size, 1, 1.5, 0.5, 1, bent);
-  const std::vector<OrvPoint32f> from = {{30, 30}};
-  const Result once = track(a, b, from, from, {{1, 1}, 9, 0, 1, 0});
-  const Result early = track(a, b, from, from, {{1, 1}, 9, 0, 50, 100});
-  CHECK(once.points[0].x == early.points[0].x && once.points[0].y == early.points[0].y, "a step within the threshold");
-  const Result twice = track(a, b, from, from, {{1, 1}, 9, 0, 2, 0});
-  const Result again = track(a, b, from, once.points, {{1, 1}, 9, 0, 1, 0});
-  CHECK(twice.points[0].x == again.points[0].x && twice.points[0].y == again.points[0].y);
-  const Result last = track(a, b, from, from, {{1, 1}, 9, 0, 10000, 0});
-  CHECK(fabsf(last.points[0].x - 31.5f) < 1e-3f && fabsf(last.points[0].y - 30.5f) < 1e-3f, "ends by itself");
+  const OrvPoint32f from{30, 30};
+  const auto steps = [&](OrvPoint32f guess, int most, float threshold) {
+    return track(a, b, {from}, {guess}, {{1, 1}, 9, 0, most, threshold}).points[0];
+  };
+  const OrvPoint32f once = steps(from, 1, 0);
+  CHECK(distance(once, steps(from, 50, 100)) == 0, "a step within the threshold");
+  CHECK(distance(steps(from, 2, 0), steps(once, 1, 0)) == 0);
+  CHECK(distance(steps(from, 10000, 0), {31.5f, 30.5f}) < 1e-3, "ends by itself");
   // the last windows differ by 6 all over, whatever the step after them
   const Levels<float> brighter(size, 1, 0, 0, 1, brighterBent);
-  const Result r = track(a, brighter, from, from, {{1, 1}, 8, 0, 1, 0});
+  const Tracked r = track(a, brighter, {from}, {from}, {{1, 1}, 8, 0, 1, 0});
   CHECK(fabsf(r.error[0] - 6) < 1e-4f, "%g: of the windows before the step", r.error[0]);
 }
 
 namespace {
-
-// The arguments of a tracker, whose pointers stand in one table.
-struct Arguments {
-  const void* pointers[7];  // two pyramids, points, their places, statuses, errors, state
-  int32_t count, winSize, maxLevel, maxIter;
-  float threshold;
-};
 
 template <class T>
 void statuses() {
@@ -244,7 +231,7 @@ void statuses() {
   CHECK(Flow<T>::make(nullptr, {0, 0}, 0, 0) == orvStatusNullPtr && Flow<T>::release(nullptr) == orvStatusNullPtr);
   CHECK(Flow<T>::make(&state, {5, 5}, 0, 0) == orvStatusSize);
   for (const OrvSize bad : {OrvSize{5, 0}, {-1, 5}}) CHECK(Flow<T>::make(&state, bad, 5, 0) == orvStatusSize);
-  for (const OrvSize huge : {OrvSize{INT32_MAX, INT32_MAX}, OrvSize{40000, 40000}})
+  for (const OrvSize huge : {OrvSize{INT32_MAX, INT32_MAX}, {40000, 40000}})
     CHECK(Flow<T>::make(&state, huge, 5, 0) == orvStatusNoMem);
   CHECK(Flow<T>::make(&state, {5, 5}, INT32_MAX, 0) == orvStatusNoMem);
   for (int kth = 1; kth <= 2; ++kth) {
@@ -253,29 +240,17 @@ void statuses() {
   }
   steerFailAllocation(0);
 
-  const Levels<T> image({20, 20}, 1, 0, 0);
   CHECK(Flow<T>::make(&state, {20, 20}, 5, 0) == orvStatusOk);
-  OrvPoint32f from{9, 9}, to{7, 7};
-  int8_t status = 99;
-  float error = -7;
-  using A = Arguments;
-  std::vector<Check<A>> checks;
-  for (int k = 0; k < 7; ++k) checks.push_back({"null", orvStatusNullPtr, [k](A& a) { a.pointers[k] = nullptr; }});
-  checks.insert(checks.end(), {{"numPoints", orvStatusSize, [](A& a) { a.count = 0; }},
-                               {"other winSize", orvStatusSize, [](A& a) { a.winSize = 6; }},
-                               {"maxLevel", orvStatusBadArg, [](A& a) { a.maxLevel = -1; }},
-                               {"maxIter", orvStatusBadArg, [](A& a) { a.maxIter = 0; }},
-                               {"threshold", orvStatusBadArg, [](A& a) { a.threshold = -1e-9f; }}});
-  walkChecks<A>(
-      {{&image.pyramid, &image.pyramid, &from, &to, &status, &error, state}, 1, 5, 0, 3, 0.01f}, checks,
-      [](A& a) {
-        const auto p = a.pointers;
-        return Flow<T>::track((const OrvPyramid*)p[0], (const OrvPyramid*)p[1], (const OrvPoint32f*)p[2],
-                              (OrvPoint32f*)p[3], (int8_t*)p[4], (float*)p[5], a.count, a.winSize, a.maxLevel,
-                              a.maxIter, a.threshold, (OrvOptFlowPyrLKState*)p[6]);
-      },
-      [&] { return to.x == 7 && status == 99 && error == -7; });
-  CHECK(Flow<T>::release(state) == orvStatusOk && steeredLiveAllocations() == 0);
+  const Levels<T> image({20, 20}, 1, 0, 0);
+  const OrvPoint32f from{9, 9};
+  const Value<const OrvPyramid*> pyramid({image.pyramid});
+  const std::vector<Told> numbers = {badValue(6, 0, orvStatusSize), badValue(7, 6, orvStatusSize), badValue(8, -1),
+                                     badValue(9, 0), badValue(10, -1e-9)};
+  walkArguments("tracking", Flow<T>::track, eachOf(Fault::null, {0, 1, 2, 3, 4, 5, 11}) + numbers, pyramid, pyramid,
+                Value<const OrvPoint32f*>({&from}), Result<OrvPoint32f>(), Result<int8_t>(), Result<float>(),
+                Value<int32_t>({1}), Value<int32_t>({5}), Value<int32_t>({0}), Value<int32_t>({3}),
+                Value<float>({0.01f}), Value<OrvOptFlowPyrLKState*>({state}));
+  CHECK(Flow<T>::release(state) == orvStatusOk && steeredLiveAllocations() == 1);  // the record of the pyramid
 }
 
 }  // namespace

@@ -29,9 +29,8 @@ void checkDyadic(const char* name, Step<T> step, int channels, bool up) {
     return orvStatusOk;
   });
   sweep(name, step, plain, {0, 0}, In<T>(channels), Scaled<T>(channels, up), Roi(), buffer);
-  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
-  for (const int position : {0, 1}) order.push_back({Fault::smallStep, position});
-  for (int position = 0; position < 2 && sizeof(T) > 1; ++position) order.push_back({Fault::misalignedStep, position});
+  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2) + eachOf(Fault::smallStep, {0, 1});
+  if (sizeof(T) > 1) order = order + eachOf(Fault::misalignedStep, {0, 1});
   walkArguments(name, step, order, In<T>(channels), Scaled<T>(channels, up), Roi(), buffer);
 }
 #define CHECK_DYADIC(T, type)                                                                            \

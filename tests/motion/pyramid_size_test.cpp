@@ -2,8 +2,7 @@
 // One body serves both variants.
 #include <math.h>
 #include <algorithm>
-#include "framework/harness.h"
-#include "framework/settings.h"
+#include "framework/sweep.h"
 
 using namespace test;
 
@@ -23,12 +22,18 @@ TEST(buffers) {
       CHECK(orviPyrDownGetBufSize_Gauss5x5(c.width, type, c.channels, &bytes) == orvStatusOk && bytes == c.down);
       CHECK(orviPyrUpGetBufSize_Gauss5x5(c.width, type, c.channels, &bytes) == orvStatusOk && bytes == c.up);
     }
-  for (const auto report : {orviPyrDownGetBufSize_Gauss5x5, orviPyrUpGetBufSize_Gauss5x5}) {
-    CHECK(report(0, 0, 2, nullptr) == orvStatusNullPtr);
-    CHECK(report(0, 0, 2, &bytes) == orvStatusSize);
-    CHECK(report(1, 0, 2, &bytes) == orvStatusChannels && report(1, 0, 4, &bytes) == orvStatusChannels);
-    CHECK(report(1, orvData16u, 1, &bytes) == orvStatusDataType);
-  }
+  const std::vector<Told> order = {{Fault::null, 3},
+                                   badValue(0, 0, orvStatusSize),
+                                   badValue(2, 2, orvStatusChannels),
+                                   badValue(2, 4, orvStatusChannels),
+                                   badValue(1, orvData16u, orvStatusDataType)};
+  for (const auto report : {orviPyrDownGetBufSize_Gauss5x5, orviPyrUpGetBufSize_Gauss5x5})
+    walkArguments(
+        "buffer",
+        [=](int32_t width, int32_t type, int32_t channels, int32_t* size) {
+          return report(width, (OrvDataType)type, channels, size);
+        },
+        order, Value<int32_t>({9}), Value<int32_t>({orvData8u}), Value<int32_t>({3}), Result<int32_t>());
 }
 
 // The ranges of neighbouring sizes touch, and each side lies in the range of the one below it.
@@ -38,9 +43,9 @@ TEST(levels) {
     OrvSize below, least, most, before{0, 0};
     for (int n = 1; n < 300; ++n) {
       CHECK(orviGetPyramidUpROI({n, n}, &least, &most, rate) == orvStatusOk);
-      CHECK(least.width == (n == 1 ? 1 : std::max(n + 1, (int)((float)(n - 1) * rate) + 1)));
-      CHECK(most.height == std::max(n + 1, (int)((float)n * rate)) && least.width == least.height);
-      CHECK(least.width == before.width + 1, "%d", n);
+      CHECK(most.height == std::max(n + 1, (int)((float)n * rate)) && least.width == before.width + 1 &&
+                least.width == least.height && most.width == most.height,
+            "%d", n);
       before = most;
       CHECK(orviGetPyramidDownROI({n, 301 - n}, &below, rate) == orvStatusOk);
       CHECK(orviGetPyramidUpROI(below, &least, &most, rate) == orvStatusOk);
@@ -48,16 +53,15 @@ TEST(levels) {
     }
     CHECK(orviGetPyramidDownROI({INT32_MAX, 16777217}, &below, rate) == orvStatusOk && below.width < INT32_MAX);
   }
-  OrvSize size{-1, -1};
+  OrvSize size;
   CHECK(orviGetPyramidDownROI({7, 1}, &size, 2) == orvStatusOk && size.width == 4 && size.height == 1);
-  CHECK(orviGetPyramidDownROI({0, 0}, nullptr, 1) == orvStatusNullPtr);
-  CHECK(orviGetPyramidUpROI({0, 0}, nullptr, &size, 1) == orvStatusNullPtr);
-  CHECK(orviGetPyramidUpROI({0, 0}, &size, nullptr, 1) == orvStatusNullPtr);
-  for (const OrvSize bad : {OrvSize{0, 1}, {1, 0}})
-    CHECK(orviGetPyramidDownROI(bad, &size, 1) == orvStatusSize && orviGetPyramidUpROI(bad, &size, &size, 1) == -6);
-  for (const float bad : {1.f, 10.0001f, NAN})
-    CHECK(orviGetPyramidDownROI({1, 1}, &size, bad) == -5 && orviGetPyramidUpROI({1, 1}, &size, &size, bad) == -5);
-  CHECK(size.width == 4 && size.height == 1);
+  const auto wrong = [](int rate) {
+    return std::vector<Told>{badValue(rate, 1), badValue(rate, 10.0001), badValue(rate, NAN)};
+  };
+  walkArguments("down", orviGetPyramidDownROI, pointersThenSizes({1}, 0) + wrong(2), Roi(), Result<OrvSize>(),
+                Value<float>({2}));
+  walkArguments("up", orviGetPyramidUpROI, pointersThenSizes({1, 2}, 0) + wrong(3), Roi(), Result<OrvSize>(),
+                Result<OrvSize>(), Value<float>({2}));
 }
 
 TEST(record) {
@@ -77,10 +81,10 @@ TEST(record) {
         CHECK(!p->state && p->level <= level && (p->level == level || (size.width == 1 && size.height == 1)));
         CHECK(orviPyramidFree(p) == orvStatusOk);
       }
+  walkArguments("record", orviPyramidInitAlloc,
+                pointersThenSizes({0}, 2) + std::vector<Told>{badValue(1, 0), badValue(3, 1)}, Result<OrvPyramid*>(),
+                Value<int32_t>({1}), Roi(), Value<float>({2}));
   p = nullptr;
-  CHECK(orviPyramidInitAlloc(nullptr, 0, {0, 0}, 1) == orvStatusNullPtr);
-  CHECK(orviPyramidInitAlloc(&p, 0, {0, 1}, 1) == orvStatusSize && orviPyramidInitAlloc(&p, 0, {1, 0}, 1) == -6);
-  CHECK(orviPyramidInitAlloc(&p, 0, {9, 9}, 2) == orvStatusBadArg && orviPyramidInitAlloc(&p, 1, {9, 9}, 1) == -5);
   steerFailAllocation(1);
   CHECK(orviPyramidInitAlloc(&p, 1, {9, 9}, 2) == orvStatusNoMem && !p);
   CHECK(orviPyramidFree(nullptr) == orvStatusNullPtr && steeredLiveAllocations() == 0);

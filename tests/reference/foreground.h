@@ -75,9 +75,8 @@ struct SeenValues {
 
   explicit SeenValues(bool changes) : list(changes ? 40 : 25), used(changes ? 25 : 15), limit(changes ? 8 : 4) {}
   bool near(const Entry& e, const Values& value, int bytes) const {
-    for (int i = 0; i < bytes; ++i)
-      if (abs(e.value[i] - value[i]) > limit) return false;
-    return true;
+    return std::equal(value.begin(), value.begin() + bytes, e.value.begin(),
+                      [&](int a, int b) { return abs(a - b) <= limit; });
   }
   bool isForeground(const Values& value) const {
     float all = 0, back = 0;

@@ -14,12 +14,14 @@ struct Sheet {
   int width, height;
   std::vector<V> at;
   Sheet(int w, int h) : width(w), height(h), at((size_t)w * (size_t)h) {}
+  template <class Value>
+  Sheet(int w, int h, const Value& value) : Sheet(w, h) {
+    for (int y = 0; y < h; ++y)
+      for (int x = 0; x < w; ++x) (*this)(y, x) = value(y, x);
+  }
   V& operator()(int y, int x) { return at[(size_t)y * (size_t)width + (size_t)x]; }
   Sheet turned() {
-    Sheet t(height, width);
-    for (int y = 0; y < height; ++y)
-      for (int x = 0; x < width; ++x) t(x, y) = (*this)(y, x);
-    return t;
+    return {height, width, [&](int y, int x) { return (*this)(x, y); }};
   }
 };
 
@@ -55,36 +57,29 @@ struct PyramidLayerPlain {
 
   // Sums along the rows; `each` shifts every product.
   Sheet<V> filtered(Sheet<V> in, int shift, int round, bool each, bool narrow) const {
-    Sheet<V> out(in.width, in.height);
-    for (int y = 0; y < in.height; ++y)
-      for (int x = 0; x < in.width; ++x) {
-        const auto pixel = [&](int i) { return in(y, mirrored(x + i, in.width)); };
-        V sum = (V)k[(size_t)half()] * pixel(0);
-        if constexpr (floats) {
-          for (int i = 1; i <= half(); ++i) sum += (V)k[(size_t)(half() - i)] * (pixel(-i) + pixel(i));
-        } else {
-          sum = round;
-          for (int i = -half(); i <= half(); ++i) sum += (k[(size_t)(half() + i)] * pixel(i)) >> (each ? shift : 0);
-          sum >>= each ? 0 : shift;
-          if (narrow) sum = std::clamp(sum, -32768, 32767);
-        }
-        out(y, x) = sum;
-      }
-    return out;
+    return {in.width, in.height, [&](int y, int x) {
+              const auto pixel = [&](int i) { return in(y, mirrored(x + i, in.width)); };
+              V sum = floats ? (V)k[(size_t)half()] * pixel(0) : (V)round;
+              if constexpr (floats) {
+                for (int i = 1; i <= half(); ++i) sum += (V)k[(size_t)(half() - i)] * (pixel(-i) + pixel(i));
+              } else {
+                for (int i = -half(); i <= half(); ++i)
+                  sum += (k[(size_t)(half() + i)] * pixel(i)) >> (each ? shift : 0);
+                sum >>= each ? 0 : shift;
+              }
+              return narrow ? (V)std::clamp(sum, (V)-32768, (V)32767) : sum;
+            }};
   }
 
   // Rows sampled at `width` places.
   Sheet<V> resampled(Sheet<V> in, int width) const {
-    Sheet<V> out(width, in.height);
-    for (int y = 0; y < in.height; ++y)
-      for (int i = 0; i < width; ++i) {
-        const float pos = (float)i * rate, f = pos - (float)(int)pos;
-        const int x = std::min((int)pos, in.width - 1);
-        if (x == in.width - 1) out(y, i) = in(y, x);
-        else if (floats) out(y, i) = (V)((float)in(y, x + 1) * f + (float)in(y, x) * (1.f - f));
-        else out(y, i) = (V)((float)in(y, x + 1) * f + 0.5f + (float)in(y, x) * (1.f - f));
-      }
-    return out;
+    return {width, in.height, [&](int y, int i) {
+              const float pos = (float)i * rate, f = pos - (float)(int)pos;
+              const int x = std::min((int)pos, in.width - 1);
+              if (x == in.width - 1) return in(y, x);
+              const float next = (float)in(y, x + 1) * f, rounded = floats ? next : next + 0.5f;
+              return (V)(rounded + (float)in(y, x) * (1.f - f));
+            }};
   }
 
   // `single`: an image of one channel.
@@ -94,18 +89,16 @@ struct PyramidLayerPlain {
     const bool halved = rate >= 1.99998f && rate <= 2.00002f;
     const bool close = rate > 1.99998f && rate < 2.00002f;
     const bool quick = bytes && single && close && !small && k.size() == 5;
-    Sheet<V> rows = filtered(src, bytes ? 8 : 10, 0, small, bytes).turned();
-    if (quick) rows = filtered(rows, 18, 3 << 16, false, false).turned();
-    else rows = filtered(rows, bytes ? 15 : 11, bytes ? 1 << 14 : 1 << 10, false, bytes).turned();
-    Sheet<V> out(size.width, size.height);
-    if (!halved) out = resampled(resampled(rows, size.width).turned(), size.height).turned();
-    for (int y = 0; y < size.height; ++y)
-      for (int x = 0; x < size.width; ++x) {
-        V& v = out(y, x);
-        if (halved) v = rows(2 * std::min(y, (src.height - 1) / 2), 2 * std::min(x, (src.width - 1) / 2));
-        if constexpr (!floats) v = std::clamp(quick ? v : (v + 4) >> 3, 0, bytes ? 255 : 65535);
-      }
-    return out;
+    Sheet<V> out = filtered(src, bytes ? 8 : 10, 0, small, bytes).turned();
+    if (quick) out = filtered(out, 18, 3 << 16, false, false).turned();
+    else out = filtered(out, bytes ? 15 : 11, bytes ? 1 << 14 : 1 << 10, false, bytes).turned();
+    if (!halved) out = resampled(resampled(out, size.width).turned(), size.height).turned();
+    return {size.width, size.height, [&](int y, int x) {
+              V v =
+                  halved ? out(2 * std::min(y, (src.height - 1) / 2), 2 * std::min(x, (src.width - 1) / 2)) : out(y, x);
+              if constexpr (!floats) v = std::clamp(quick ? v : (v + 4) >> 3, 0, bytes ? 255 : 65535);
+              return v;
+            }};
   }
 
   // visit(place, weight, landed) of source pixel p.
@@ -114,13 +107,11 @@ struct PyramidLayerPlain {
     const float pos = (float)p * rate;
     const int i = (int)(100 + pos) - 100, c = k[0] == 0 ? half() - 1 : half();
     const float f = pos - (float)i;
-    const auto inside = [&](int j, float weight, bool landed) {
-      if (j >= 0 && j < places) visit(j, weight, landed);
-    };
-    if (fabsf(f) <= 1.1754944e-38f)
-      for (int t = -c; t <= c; ++t) inside(i + t, tap(half() + t), true);
-    else
-      for (int m = 0; m < 2 * half(); ++m) inside(i - half() + 1 + m, tap(m) * f + tap(m + 1) * (1.f - f), false);
+    const bool landed = fabsf(f) <= 1.1754944e-38f;
+    for (int j = landed ? i - c : i - half() + 1; j <= i + (landed ? c : half()) && j < places; ++j) {
+      const int m = j - i + half() - (landed ? 0 : 1);
+      if (j >= 0) visit(j, landed ? tap(m) : tap(m) * f + tap(m + 1) * (1.f - f), landed);
+    }
   }
   // One pass along the rows: 1 or 2.
   Sheet<W> spreadRows(Sheet<W> in, int width, const std::vector<float>& norm, int pass) const {
