@@ -52,13 +52,13 @@ void copies(const char* name, F f, const reference::Subpixel<S, D>& plain) {
 }  // namespace
 
 TEST(windows) {
-  windows(windowCase("orviCopySubpixIntersect_8u_C1R", orviCopySubpixIntersect_8u_C1R, bytes));
-  windows(windowCase("orviCopySubpixIntersect_8u32f_C1R", orviCopySubpixIntersect_8u32f_C1R, bytesToFloats));
-  windows(windowCase("orviCopySubpixIntersect_16u_C1R", orviCopySubpixIntersect_16u_C1R, words));
-  windows(windowCase("orviCopySubpixIntersect_16u32f_C1R", orviCopySubpixIntersect_16u32f_C1R, wordsToFloats));
-  windows(windowCase("orviCopySubpixIntersect_32f_C1R", orviCopySubpixIntersect_32f_C1R, floats));
+  windows("orviCopySubpixIntersect_8u_C1R", orviCopySubpixIntersect_8u_C1R, bytes);
+  windows("orviCopySubpixIntersect_8u32f_C1R", orviCopySubpixIntersect_8u32f_C1R, bytesToFloats);
+  windows("orviCopySubpixIntersect_16u_C1R", orviCopySubpixIntersect_16u_C1R, words);
+  windows("orviCopySubpixIntersect_16u32f_C1R", orviCopySubpixIntersect_16u32f_C1R, wordsToFloats);
+  windows("orviCopySubpixIntersect_32f_C1R", orviCopySubpixIntersect_32f_C1R, floats);
   for (const int factor : {-7, -8, 0, -14, -30, 3})
-    windows(scaledCase("orviCopySubpixIntersect_8u16u_C1R_Sfs", orviCopySubpixIntersect_8u16u_C1R_Sfs, factor));
+    scaledWindows("orviCopySubpixIntersect_8u16u_C1R_Sfs", orviCopySubpixIntersect_8u16u_C1R_Sfs, factor);
 }
 
 TEST(copies) {
