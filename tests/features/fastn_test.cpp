@@ -167,12 +167,12 @@ struct Call {
   const uint8_t *src, *score;
   uint8_t *corner, *state, *buffer;
   OrvCornerFastN* list;
-  int32_t* result;
-  OrvSize roi;
-  int32_t id, type, channels;
-  OrvSize image;
-  int32_t radius, arc, bins, mode, most;
-  float threshold;
+  int32_t *result, id;
+  OrvSize roi = {9, 9};
+  int32_t type = orvData8u, channels = 1;
+  OrvSize image = {20, 20};
+  int32_t radius = 3, arc = 9, bins = 8, mode = 39, most = 5;
+  float threshold = 5;
 };
 enum { sizing = 1, making = 2, finding = 4, listing = 8, all = 15 };
 
@@ -219,24 +219,7 @@ TEST(statuses) {
   OrvCornerFastN list[8];
   int32_t result = -5, id;
   memcpy(&id, state.memory.data() + state.memory.data()[0], 4);
-  Call valid = {image.data(),
-                image.data(),
-                corner.data(),
-                nullptr,
-                buffer.data(),
-                list,
-                &result,
-                {9, 9},
-                id,
-                orvData8u,
-                1,
-                setup.image,
-                3,
-                9,
-                8,
-                39,
-                5,
-                5};
+  Call valid = {image.data(), image.data(), corner.data(), nullptr, buffer.data(), list, &result, id};
   for (const int function : {sizing, making, finding, listing}) {
     valid.state = function == making ? fresh.data() : state.memory.data();
     walkShared(function, valid, checks, run, [&] {

@@ -1,9 +1,7 @@
 // Super-resolution: residuals and gradients against their definition; statuses and states.
 // One body serves both variants.
 #include <vector>
-#include "framework/image.h"
-#include "framework/settings.h"
-#include "framework/walker.h"
+#include "framework/sweep.h"
 
 using namespace test;
 
@@ -66,7 +64,7 @@ const Function functions[] = {
 TEST(samples) {
   constexpr int n = 300, entries = 5;
   for (const Function& f : functions)
-    for (const int stride : {12, -12, -1}) {
+    for (const int stride : {12, f.taps, -12, -1}) {
       const Context context(std::string(f.name) + " stride " + std::to_string(stride));
       Random r(seed());
       const auto floats = [&](size_t count) {
@@ -109,30 +107,19 @@ TEST(samples) {
 
 TEST(statuses) {
   for (const Function& f : functions) {
-    const Context context(f.name);
     const Table table(f.taps, std::vector<float>(9 * 4, 1));
-    float image[16] = {}, residual = -7, weight = 0;
-    const uint16_t value[1] = {0}, index = 0;
+    const uint16_t value = 0, index = 0;
     const int32_t position = 0;
-    std::vector<Check<Arguments>> checks = {
-        {"image", orvStatusNullPtr, [](Arguments& a) { a.image = nullptr; }},
-        {"values", orvStatusNullPtr, [](Arguments& a) { a.values = nullptr; }},
-        {"positions", orvStatusNullPtr, [](Arguments& a) { a.positions = nullptr; }},
-        {"psfIndex", orvStatusNullPtr, [](Arguments& a) { a.psfIndex = nullptr; }},
-        {"residuals", orvStatusNullPtr, [](Arguments& a) { a.residuals = nullptr; }},
-        {"state", orvStatusNullPtr, [](Arguments& a) { a.state = nullptr; }},
-        {"weights", orvStatusNullPtr, [](Arguments& a) { a.weights = nullptr; }},
-        {"count", orvStatusSize, [](Arguments& a) { a.count = 0; }}};
-    if (f.residual) checks.erase(checks.begin() + 6);
+    const float weight = 0;
+    std::vector<Told> order = eachOf(Fault::null, {0, 1, 2, 3, 4, 7});
+    if (!f.residual) order.push_back({Fault::null, 6});
+    order.push_back(badValue(5, 0, orvStatusSize));
     for (const int32_t step : {0, 4, 4 * f.taps - 4, 4 * f.taps + 1, -6})
-      checks.push_back({"step", orvStatusStep, [=](Arguments& a) { a.step = step; }});
-    Arguments valid{image, 4 * f.taps, value, &position, &index, &residual, 1, &weight, table.state};
-    walkChecks<Arguments>(
-        valid, checks, [&](Arguments& a) { return f.run(a); },
-        [&] { return residual == -7 && std::count(image, image + 16, 0.f) == 16; });
-    CHECK(f.run(valid) == orvStatusOk);
-    valid.image += 8, valid.step = -8;
-    CHECK(f.run(valid) == orvStatusOk);
+      order.push_back(badValue(0, step, orvStatusStep));
+    walkArguments(
+        f.name, [&](auto... a) { return f.run({a...}); }, order, Out<float>(), Value<const void*>({&value}),
+        Value<const int32_t*>({&position}), Value<const uint16_t*>({&index}), Result<float>(), Value<int32_t>({1}),
+        Value<const float*>({&weight}), Value<const OrvSRHNState*>({table.state}));
   }
 }
 
