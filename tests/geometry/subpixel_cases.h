@@ -1,6 +1,6 @@
 // Sub-pixel windows around a centre: sweeps against the plain form, and the order of checks.
 #pragma once
-#include "framework/sweep.h"
+#include "detect/table_roles.h"
 #include "reference/pointwise.h"
 #include "reference/subpixel.h"
 
@@ -63,13 +63,10 @@ void windows(const char* name, Function function, const reference::Subpixel<S, D
   const SizedSource<S> src(&size);
   const Result<int32_t> point(2);
   sweepShapes(name, called, plain, list, r, src, Out<D>(), Roi(), Centre(&size), point, point);
-  std::vector<int> aligned;
-  if (sizeof(S) > 1) aligned.push_back(0);
-  if (sizeof(D) > 1) aligned.push_back(1);
   walkArguments(name, called,
                 eachOf(Fault::null, {0, 1, 4, 5}) +
                     std::vector<Told>{{Fault::width, 0}, {Fault::height, 0}, {Fault::width, 2}, {Fault::height, 2}} +
-                    eachOf(Fault::smallStep, {0, 1}) + eachOf(Fault::misalignedStep, aligned),
+                    eachOf(Fault::smallStep, {0, 1}) + eachOf(Fault::misalignedStep, alignedOf<S, D>()),
                 src, Out<D>(), Roi(), Centre(&size), point, point);
 }
 

@@ -1,7 +1,6 @@
 // Sub-pixel windows against their plain form.
 // One body serves both variants.
 #include "geometry/subpixel_cases.h"
-#include "detect/table_roles.h"
 #include "reference/pointwise.h"
 
 using namespace test;
@@ -42,10 +41,7 @@ void copies(const char* name, F f, const reference::Subpixel<S, D>& plain) {
   for (const auto& o : offsets) values.push_back(o.offset);
   sweep(name, f, plainCopy, {}, Larger<S>(wild(In<S>()), 1, 1), Out<D>(), Roi(), Value<float>(values),
         Value<float>(values));
-  std::vector<int> aligned;
-  if (sizeof(S) > 1) aligned.push_back(0);
-  if (sizeof(D) > 1) aligned.push_back(1);
-  walkArguments(name, f, tableChecks({0, 1}, aligned, 2), In<S>(), Out<D>(), Roi(), Value<float>({0}),
+  walkArguments(name, f, tableChecks({0, 1}, alignedOf<S, D>(), 2), In<S>(), Out<D>(), Roi(), Value<float>({0}),
                 Value<float>({0}));
 }
 
