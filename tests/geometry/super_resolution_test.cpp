@@ -18,36 +18,24 @@ struct Table {
   ~Table() { CHECK((size == 2 ? orviSRHNFree_PSF2x2 : orviSRHNFree_PSF3x3)(state) == orvStatusOk); }
 };
 
-struct Arguments {
-  float* image;
-  int32_t step;
-  const void* values;  // or classes
-  const int32_t* positions;
-  const uint16_t* psfIndex;
-  float* residuals;
-  int32_t count;
-  const float* weights;
-  const OrvSRHNState* state;
-};
-
 // All six functions by the same arguments. `bytes` of a value; gradients have classes of a byte.
 struct Function {
   const char* name;
   int taps;
   bool residual;
   int bytes;
-  OrvStatus (*run)(const Arguments&);
+  OrvStatus (*run)(float* image, int32_t step, const void* values, const int32_t* positions, const uint16_t* psfIndex,
+                   float* residuals, int32_t count, const float* weights, const OrvSRHNState*);
 };
-template <class T, OrvStatus (*f)(const float*, int32_t, const T*, const int32_t*, const uint16_t*, float*, int32_t,
-                                  const OrvSRHNState*)>
-OrvStatus residual(const Arguments& a) {
-  return f(a.image, a.step, (const T*)a.values, a.positions, a.psfIndex, a.residuals, a.count, a.state);
+template <class T, auto f>
+OrvStatus residual(float* image, int32_t step, const void* values, const int32_t* positions, const uint16_t* psfIndex,
+                   float* residuals, int32_t count, const float*, const OrvSRHNState* state) {
+  return f(image, step, (const T*)values, positions, psfIndex, residuals, count, state);
 }
-template <OrvStatus (*f)(float*, int32_t, const int32_t*, const uint16_t*, const float*, const uint8_t*, int32_t,
-                         const float*, const OrvSRHNState*)>
-OrvStatus gradient(const Arguments& a) {
-  return f(a.image, a.step, a.positions, a.psfIndex, a.residuals, (const uint8_t*)a.values, a.count, a.weights,
-           a.state);
+template <auto f>
+OrvStatus gradient(float* image, int32_t step, const void* classes, const int32_t* positions, const uint16_t* psfIndex,
+                   float* residuals, int32_t count, const float* weights, const OrvSRHNState* state) {
+  return f(image, step, positions, psfIndex, residuals, (const uint8_t*)classes, count, weights, state);
 }
 const Function functions[] = {
     {"residual 2x2 8u", 2, true, 1, residual<uint8_t, orviSRHNCalcResidual_PSF2x2_8u32f_C1R>},
@@ -99,8 +87,8 @@ TEST(samples) {
         }
         if (f.residual) wantResiduals[i] = sum - value;
       }
-      CHECK(f.run({&image[first], 4 * stride, values.data(), positions.data(), psfIndex.data(), residuals.data(), n,
-                   weights.data(), table.state}) == orvStatusOk);
+      CHECK(f.run(&image[first], 4 * stride, values.data(), positions.data(), psfIndex.data(), residuals.data(), n,
+                  weights.data(), table.state) == orvStatusOk);
       CHECK(image == wantImage && residuals == wantResiduals);
     }
 }
@@ -116,10 +104,9 @@ TEST(statuses) {
     order.push_back(badValue(5, 0, orvStatusSize));
     for (const int32_t step : {0, 4, 4 * f.taps - 4, 4 * f.taps + 1, -6})
       order.push_back(badValue(0, step, orvStatusStep));
-    walkArguments(
-        f.name, [&](auto... a) { return f.run({a...}); }, order, Out<float>(), Value<const void*>({&value}),
-        Value<const int32_t*>({&position}), Value<const uint16_t*>({&index}), Result<float>(), Value<int32_t>({1}),
-        Value<const float*>({&weight}), Value<const OrvSRHNState*>({table.state}));
+    walkArguments(f.name, f.run, order, Out<float>(), Value<const void*>({&value}), Value<const int32_t*>({&position}),
+                  Value<const uint16_t*>({&index}), Result<float>(), Value<int32_t>({1}),
+                  Value<const float*>({&weight}), Value<const OrvSRHNState*>({table.state}));
   }
 }
 
