@@ -60,7 +60,8 @@ struct CascadeMask : ImageRole<uint8_t> {
   }
 };
 
-// Random stages. call(stage, table, step, tilted table, step, norm, step, ...) is made of a function's own order.
+// Random stages. call(stage, scale, threshold, table, step, tilted table, step, norm, step, ...) is made of a
+// function's own order.
 template <class Form, class T, class V, class Call>
 void stages(const char* name, bool mixed, std::vector<int32_t> scales, Call call) {
   Random r(seed());
@@ -72,27 +73,25 @@ void stages(const char* name, bool mixed, std::vector<int32_t> scales, Call call
     const Larger<T> src(wild(In<T>()), mixed ? window : size.width, mixed ? window : size.height);
     const Larger<T> turned(wild(In<T>()), window + 1, window + 1);
     const V middle = i == 0 ? V(0) : (V)(s.below[0] + s.above[0]);
-    const auto plain = [&](const T* image, int32_t step, const T* tilted, int32_t tiltedStep, const V* norm,
-                           int32_t normStep, uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive,
-                           V threshold, int32_t scale) {
-      reference::applyStage<Form>(s, image, step, mixed ? tilted : nullptr, tiltedStep, norm, normStep, mask, maskStep,
-                                  roi, positive, threshold, -scale & 63);
+    const auto plain = [&](int32_t scale, V threshold, const T* image, int32_t step, const T* tilted,
+                           int32_t tiltedStep, auto... rest) {
+      reference::applyStage<Form>(s, image, step, mixed ? tilted : nullptr, tiltedStep, rest..., threshold,
+                                  -scale & 63);
     };
     const auto called = [&](auto... argument) { return call(state, argument...); };
-    sweep(name, called, plain, {}, src, turned, In<V>(), CascadeMask(), Roi(), Result<int32_t>(),
-          Value<V>({0, middle, (V)-100}), Value<int32_t>(scales));
+    sweep(name, called, plain, {}, Value<int32_t>(scales), Value<V>({0, middle, (V)-100}), src, turned, In<V>(),
+          CascadeMask(), Roi(), Result<int32_t>());
     release<V>(state);
   }
 }
 
-// A function in the order of stages(); the tilted table and the scale of the others are left out.
+// A function without tilted table and scale.
 template <class Form, class T, class V, class Function>
 void plainStages(const char* name, Function function) {
-  stages<Form, T, V>(
-      name, false, {0},
-      [=](const OrvHaarClassifier* state, const T* src, int32_t srcStep, const T*, int32_t, const V* norm,
-          int32_t normStep, uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, V threshold,
-          int32_t) { return function(src, srcStep, norm, normStep, mask, maskStep, roi, positive, threshold, state); });
+  stages<Form, T, V>(name, false, {0},
+                     [=](auto* state, int32_t, V threshold, auto* src, int32_t srcStep, auto*, int32_t, auto... rest) {
+                       return function(src, srcStep, rest..., threshold, state);
+                     });
 }
 
 }  // namespace
@@ -105,19 +104,13 @@ TEST(plain) {
 }
 
 TEST(mixed) {
-  using State = const OrvHaarClassifier*;
   const auto floats = [](auto function) {
-    return [=](State state, auto* src, int32_t srcStep, auto* turned, int32_t step, const float* norm, int32_t normStep,
-               uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, float threshold, int32_t) {
-      return function(src, srcStep, turned, step, norm, normStep, mask, maskStep, roi, positive, state, threshold);
-    };
+    return [=](auto* state, int32_t, float threshold, auto... tables) { return function(tables..., state, threshold); };
   };
   stages<reference::Wide, int32_t, int32_t>(
       "orviApplyMixedHaarClassifier_32s_C1RSfs", true, {0, -1, -7, -31, -63, -65, INT32_MIN},
-      [](State state, auto* src, int32_t srcStep, auto* turned, int32_t step, const int32_t* norm, int32_t normStep,
-         uint8_t* mask, int32_t maskStep, OrvSize roi, int32_t* positive, int32_t threshold, int32_t scale) {
-        return orviApplyMixedHaarClassifier_32s_C1RSfs(src, srcStep, turned, step, norm, normStep, mask, maskStep, roi,
-                                                       positive, threshold, state, scale);
+      [](auto* state, int32_t scale, int32_t threshold, auto... tables) {
+        return orviApplyMixedHaarClassifier_32s_C1RSfs(tables..., threshold, state, scale);
       });
   stages<reference::Narrow, int32_t, float>("orviApplyMixedHaarClassifier_32s32f_C1R", true, {0},
                                             floats(orviApplyMixedHaarClassifier_32s32f_C1R));

@@ -18,12 +18,20 @@ struct Larger : ImageRole<T> {
   }
 };
 
-// Checks in the told order: pointers, sizes, steps, then the alignment of steps of more than a byte.
-inline std::vector<Told> tableChecks(std::vector<int> images, std::vector<int> aligned, int roi) {
-  std::vector<Told> order = pointersThenSizes(images, roi);
-  for (const int i : images) order.push_back({Fault::smallStep, i});
-  for (const int i : aligned) order.push_back({Fault::misalignedStep, i});
-  return order;
+// Those of the first two images whose steps can be misaligned.
+template <class First, class Second>
+std::vector<int> alignedOf() {
+  std::vector<int> images;
+  if (sizeof(First) > 1) images.push_back(0);
+  if (sizeof(Second) > 1) images.push_back(1);
+  return images;
+}
+
+// Checks in the told order: pointers (`nulls` if not the images' alone), sizes, steps, then the alignment of steps.
+inline std::vector<Told> tableChecks(const std::vector<int>& images, const std::vector<int>& aligned, int roi,
+                                     const std::vector<int>& nulls = {}) {
+  return pointersThenSizes(nulls.empty() ? images : nulls, roi) + eachOf(Fault::smallStep, images) +
+         eachOf(Fault::misalignedStep, aligned);
 }
 
 }  // namespace test

@@ -32,33 +32,18 @@ TEST(borderSizes) {
 }
 
 TEST(statuses) {
-  struct Arguments {
-    const uint8_t* src;
-    uint8_t* dst;
-    OrvSize roi;
-    int32_t filter, mask, border;
-    float low, high;
-    int32_t norm;
-    uint8_t* buffer;
+  const auto called = [](const uint8_t* src, int32_t step, uint8_t* dst, int32_t dstStep, OrvSize roi, int32_t filter,
+                         int32_t mask, int32_t border, float low, float high, int32_t norm, uint8_t* buffer) {
+    return orviCannyBorder_8u_C1R(src, step, dst, dstStep, roi, filter, mask, border, 0, low, high, norm, buffer);
   };
-  std::vector<uint8_t> src(64), dst(64, 77), buffer(4096);
-  walkChecks<Arguments>(
-      {src.data(), dst.data(), {8, 8}, 2, 33, 1, 5, 9, 2, buffer.data()},
-      {{"mask", orvStatusMaskSize, [](Arguments& a) { a.mask = 5; }},
-       {"Scharr 5x5", orvStatusMaskSize, [](Arguments& a) { a.filter = 5, a.mask = 55; }},
-       {"src", orvStatusNullPtr, [](Arguments& a) { a.src = nullptr; }},
-       {"dst", orvStatusNullPtr, [](Arguments& a) { a.dst = nullptr; }},
-       {"buffer", orvStatusNullPtr, [](Arguments& a) { a.buffer = nullptr; }},
-       {"width", orvStatusSize, [](Arguments& a) { a.roi.width = 0; }},
-       {"height", orvStatusSize, [](Arguments& a) { a.roi.height = -1; }},
-       {"filter", orvStatusBadArg, [](Arguments& a) { a.filter = 8; }},
-       {"norm", orvStatusBadArg, [](Arguments& a) { a.norm = 3; }},
-       {"negative", orvStatusBadArg, [](Arguments& a) { a.low = -1; }},
-       {"order", orvStatusBadArg, [](Arguments& a) { a.low = 9.5f; }},
-       {"border", orvStatusBorder, [](Arguments& a) { a.border = orvBorderMirr; }}},
-      [](Arguments& a) {
-        return orviCannyBorder_8u_C1R(a.src, 8, a.dst, 8, a.roi, a.filter, a.mask, a.border, 0, a.low, a.high, a.norm,
-                                      a.buffer);
-      },
-      [&] { return std::count(dst.begin(), dst.end(), 77) == 64; });
+  for (const int mask : {5, 55}) {  // 55 is refused with the valid filter only
+    const std::vector<Told> first = {badValue(4, mask, orvStatusMaskSize)};
+    walkArguments("orviCannyBorder_8u_C1R", called,
+                  first + pointersThenSizes({0, 1, 9}, 2) +
+                      std::vector<Told>{mask == 5 ? badValue(3, 8) : badValue(8, 5), badValue(8, 3), badValue(6, -1),
+                                        badValue(6, 9.5), badValue(5, orvBorderMirr, orvStatusBorder)},
+                  In<uint8_t>(), Out<uint8_t>(), Roi(), Value<int32_t>({orvFilterKernelScharr}), Value<int32_t>({33}),
+                  Value<int32_t>({orvBorderRepl}), Value<float>({5}), Value<float>({9}), Value<int32_t>({orvNormL1}),
+                  Scratch([](OrvSize s, int32_t* bytes) { return orviCannyBorderGetSize(s, 7, 33, 9, bytes); }));
+  }
 }

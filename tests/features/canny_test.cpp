@@ -1,15 +1,14 @@
 // Canny edges from derivatives against their plain forms; sizes, statuses and cases worked by hand.
 // One body serves both variants.
 #include <algorithm>
+#include "detect/table_roles.h"
 #include "features/roles.h"
 #include "reference/canny.h"
 
 using namespace test;
 
 TEST(derivatives) {
-  std::vector<Told> order = pointersThenSizes({0, 1, 2, 5}, 3);
-  for (const int i : {0, 1, 2}) order.push_back({Fault::smallStep, i});
-  for (const int i : {0, 1}) order.push_back({Fault::misalignedStep, i});
+  const std::vector<Told> order = tableChecks({0, 1, 2}, {0, 1}, 3, {0, 1, 2, 5});
   const Thresholds shorts({{0, 0}, {0.5f, 9}, {10.9f, 11}, {30, 3000.5f}, {999, 32768}, {3e4f, 5e4f}, {65535, 65535}});
   sweep("orviCanny_16s8u_C1R", orviCanny_16s8u_C1R, reference::cannyShorts, {}, In<int16_t>(), In<int16_t>(),
         Out<uint8_t>(), Roi(), shorts, Scratch(orviCannyGetSize));

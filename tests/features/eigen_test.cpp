@@ -1,6 +1,6 @@
 // Eigenvalues and eigenvectors of the structure tensor against their definitions; sizes and statuses.
 // One body serves both variants.
-#include "features/roles.h"
+#include "detect/table_roles.h"
 #include "reference/tensor.h"
 #ifdef ORV_VARIANT
 #include "filter/names.h"  // sizes are made of those of filters
@@ -35,11 +35,8 @@ void detector(const char* name, Function function, Size size,
   const Context context(name);
   sweep(name, function, plain, {520, 257}, In<T>(), Out<float>(channels), Roi(), Options(size));
   sweep(name, function, plain, {1100, 3}, In<T>(), Out<float>(channels), Roi(), Options(size));
-  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
-  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});
-  if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 0});
-  order.push_back({Fault::misalignedStep, 1});
-  walkArguments(name, function, order, In<T>(), Out<float>(measured), Roi(), Options(size));
+  walkArguments(name, function, tableChecks({0, 1}, alignedOf<T, float>(), 2, {0, 1, 3}), In<T>(), Out<float>(measured),
+                Roi(), Options(size));
 
   const struct {
     int32_t dstStep, kernel, aperture, window;

@@ -72,64 +72,52 @@ TEST(sizes) {
 
 namespace {
 
-// The arguments of all functions in one record.
-struct Call {
-  const uint8_t* src;
-  const uint8_t* feature;
-  uint8_t* dst;
-  int32_t srcStep, featureStep, dstStep;
-  OrvSize roi;
-  FilterPlan plan;
-  uint8_t* buffer;
-  int32_t type, channels;
-  int32_t* bytes;
-};
-enum { ofBytes = 1, ofFloats = 2, ofLines = 4, ofSizes = 8, ofImages = ofBytes | ofFloats | ofLines, all = 15 };
-
-OrvStatus run(int function, const Call& c) {
-  auto* const out = (float*)(void*)c.dst;
-  const auto* const in = (const float*)(const void*)c.src;
-  if (function == ofBytes) return harris(c.src, c.srcStep, c.plan, out, c.dstStep, c.roi, c.buffer, 0.04f, 1);
-  if (function == ofFloats) return harris(in, c.srcStep, c.plan, out, c.dstStep, c.roi, c.buffer, 0.04f, 1);
-  if (function == ofLines)
-    return lines(c.src, c.srcStep, c.plan, c.feature, c.featureStep, c.dst, c.dstStep, c.roi, c.buffer, 10);
-  return orviHarrisCornerGetBufferSize(c.roi, c.plan.mask, c.plan.window, c.type, c.channels, c.bytes);
+// The order of the checks. `aligned`: the images whose steps are; what only one function has comes last.
+template <class T, class D, class Function, class... Feature>
+void statuses(const char* name, Function function, std::vector<int> nulls, const std::vector<int>& aligned,
+              const std::vector<int>& images, Feature... feature) {
+  std::vector<Told> order =
+      pointersThenSizes(nulls, 2) + eachOf(Fault::misalignedStep, aligned) +
+      std::vector<Told>{badValue(3, 3, orvStatusFilterType), badValue(4, 35, orvStatusMaskSize),
+                        badValue(4, orvMaskSize5x5, orvStatusMaskSize),  // not of this filter
+                        badValue(6, orvBorderMirr, orvStatusBorder), badValue(5, 0, orvStatusSize)};
+  for (const int i : images) order.push_back(badValue(i, -40, orvStatusStep));
+  const auto called = [&](const T* src, int32_t srcStep, D* dst, int32_t dstStep, OrvSize roi, int32_t filter,
+                          int32_t mask, int32_t window, int32_t border, uint8_t* buffer, auto... more) {
+    return function(src, srcStep, FilterPlan{filter, mask, window, border, 0}, dst, dstStep, roi, buffer, more...);
+  };
+  walkArguments(name, called, order, In<T>(), Out<D>(), Roi(), Value<int32_t>({orvFilterKernelScharr}),
+                Value<int32_t>({orvMaskSize3x3}), Value<int32_t>({3}), Value<int32_t>({orvBorderRepl}),
+                Scratch([](OrvSize roi, int32_t* bytes) {
+                  return orviHarrisCornerGetBufferSize(roi, orvMaskSize3x3, 3, orvData32f, 1, bytes);
+                }),
+                feature...);
 }
 
 }  // namespace
 
 TEST(statuses) {
-  // The checks in their order, and the functions that make them.
-  const std::vector<SharedCheck<Call>> checks = {
-      {ofImages, {"src", orvStatusNullPtr, [](Call& c) { c.src = nullptr; }}},
-      {ofImages, {"dst", orvStatusNullPtr, [](Call& c) { c.dst = nullptr; }}},
-      {ofLines, {"feature", orvStatusNullPtr, [](Call& c) { c.feature = nullptr; }}},
-      {ofImages, {"buffer", orvStatusNullPtr, [](Call& c) { c.buffer = nullptr; }}},
-      {ofSizes, {"bufferSize", orvStatusNullPtr, [](Call& c) { c.bytes = nullptr; }}},
-      {all, {"width", orvStatusSize, [](Call& c) { c.roi.width = 0; }}},
-      {all, {"height", orvStatusSize, [](Call& c) { c.roi.height = -1; }}},
-      {ofFloats, {"src alignment", orvStatusStepAlign, [](Call& c) { c.srcStep += 1; }}},
-      {ofBytes | ofFloats, {"dst alignment", orvStatusStepAlign, [](Call& c) { c.dstStep += 2; }}},
-      {ofImages, {"filter", orvStatusFilterType, [](Call& c) { c.plan.filter = 3; }}},
-      {all, {"mask", orvStatusMaskSize, [](Call& c) { c.plan.mask = 35; }}},
-      {ofImages, {"border", orvStatusBorder, [](Call& c) { c.plan.border = orvBorderMirr; }}},
-      {ofSizes, {"type", orvStatusDataType, [](Call& c) { c.type = orvData16s; }}},
-      {ofSizes, {"channels", orvStatusChannels, [](Call& c) { c.channels = 3; }}},
-      {all, {"window", orvStatusSize, [](Call& c) { c.plan.window = 0; }}},
-      {ofImages, {"srcStep", orvStatusStep, [](Call& c) { c.srcStep = -40; }}},
-      {ofLines, {"featureStep", orvStatusStep, [](Call& c) { c.featureStep = -8; }}},
-      {ofImages, {"dstStep", orvStatusStep, [](Call& c) { c.dstStep = -36 + c.dstStep % 4; }}},
-      {ofFloats, {"in place", orvStatusInPlace, [](Call& c) { c.src = c.dst; }}},
-      {ofLines, {"in place", orvStatusInPlace, [](Call& c) { c.feature = c.dst; }}}};
-  std::vector<uint8_t> src(400), feature(400, 9), dst(400, 77), buffer(1 << 15);
-  int32_t bytes = -7;
-  const Call valid = {src.data(), feature.data(),   dst.data(),    40,        40, 40,
-                      {9, 7},     {2, 33, 3, 1, 0}, buffer.data(), orvData8u, 1,  &bytes};
-  for (const int function : {ofBytes, ofFloats, ofLines, ofSizes}) {
-    walkShared(function, valid, checks, run,
-               [&] { return bytes == -7 && std::count(dst.begin(), dst.end(), 77) == 400; });
-    Call scharr5 = valid;
-    scharr5.plan.filter = orvFilterKernelScharr, scharr5.plan.mask = orvMaskSize5x5;
-    CHECK(function == ofSizes || run(function, scharr5) == orvStatusMaskSize);
+  const auto response = [](auto... a) { return harris(a..., 0.04f, 1); };
+  statuses<uint8_t, float>("orviHarrisCorner_8u32f_C1R", response, {0, 1, 7}, {1}, {0, 1});
+  statuses<float, float>("orviHarrisCorner_32f_C1R", response, {0, 1, 7}, {0, 1}, {0, 1});
+  const auto suppression = [](const uint8_t* src, int32_t step, FilterPlan p, uint8_t* dst, int32_t dstStep,
+                              OrvSize roi, uint8_t* buffer, const uint8_t* feature, int32_t featureStep) {
+    return lines(src, step, p, feature, featureStep, dst, dstStep, roi, buffer, 10);
+  };
+  statuses<uint8_t, uint8_t>("orviLineSuppression_8u_C1R", suppression, {0, 1, 8, 7}, {}, {0, 1, 8}, In<uint8_t>());
+  walkArguments("orviHarrisCornerGetBufferSize", orviHarrisCornerGetBufferSize,
+                pointersThenSizes({5}, 0) +
+                    std::vector<Told>{badValue(1, 35, orvStatusMaskSize), badValue(3, orvData16s, orvStatusDataType),
+                                      badValue(4, 3, orvStatusChannels), badValue(2, 0, orvStatusSize)},
+                Roi(), Value<int32_t>({orvMaskSize3x3}), Value<int32_t>({3}), Value<int32_t>({orvData8u}),
+                Value<int32_t>({1}), Result<int32_t>());
+  // In place, which is refused last.
+  const FilterPlan plan = {orvFilterKernelSobel, orvMaskSize3x3, 3, orvBorderRepl, 0};
+  float image[16] = {};
+  uint8_t bytes[16] = {}, buffer[8000];
+  for (const int step : {16, -16}) {
+    const OrvStatus want = step < 0 ? orvStatusStep : orvStatusInPlace;
+    CHECK(harris(image, step, plan, image, 16, {4, 4}, buffer, 0.04f, 1) == want);
+    CHECK(lines(bytes, 16, plan, bytes, step, bytes, 16, {1, 1}, buffer, 10) == want);
   }
 }

@@ -1,7 +1,7 @@
 // Local extrema and colour gradients against their plain forms.
 // One body serves both variants.
 #include <algorithm>
-#include "features/roles.h"
+#include "detect/table_roles.h"
 #include "framework/vectors.h"
 #include "reference/pointwise.h"
 
@@ -57,10 +57,14 @@ void checkPeaks(const char* name, Function function, std::vector<T> thresholds) 
   };
   sweep(name, numbered, plain, {}, In<T>(), Roi(), Value<T>(thresholds), Out<uint8_t>(), Value<int32_t>({1, 3, 2000}),
         Value<int32_t>({0, 1}), Value<int32_t>({1, 1, 2, 5}), Scratch(size));
-  std::vector<Told> order = pointersThenSizes({0, 3, 5, 8}, 1);
-  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::misalignedStep, 0}});
-  walkArguments(name, function, order, In<T>(), Roi(), Value<T>(thresholds), Result<OrvPoint>(), Value<int32_t>({9}),
-                Result<int32_t>(), Value<int32_t>({0}), Value<int32_t>({1}), Scratch(size));
+  const std::vector<Told> sizes = {badValue(4, 0, orvStatusSize), badValue(7, 0, orvStatusSize),
+                                   badValue(7, 3, orvStatusSize)};
+  walkArguments(
+      name, function,
+      pointersThenSizes({0, 3, 5, 8}, 1) + sizes +
+          std::vector<Told>{{Fault::smallStep, 0}, {Fault::misalignedStep, 0}, badValue(6, 2), badValue(6, -1)},
+      In<T>(), Roi(), Value<T>(thresholds), Result<OrvPoint>(), Value<int32_t>({9}), Result<int32_t>(),
+      Value<int32_t>({0}), Value<int32_t>({1}), Scratch(size));
 }
 
 }  // namespace
@@ -76,13 +80,8 @@ TEST(peakArguments) {
   OrvPoint peak[9];
   int32_t count = -1, bytes = -1;
   uint8_t buffer[512];
-  const auto find = [&](int32_t most, int32_t norm, int32_t border) {
-    return orviFindPeaks3x3_32f_C1R(image, 20, {5, 5}, 0, peak, most, &count, norm, border, buffer);
-  };
-  CHECK(find(9, 0, 1) == orvStatusOk && count == 2 && peak[0].x == 2 && peak[1].x == 3, "nearly equal neighbours");
-  CHECK(find(9, 0, 2) == orvStatusOk && count == 0);
-  for (const int32_t bad : {0, 3}) CHECK(find(9, 2, bad) == orvStatusSize);
-  CHECK(find(0, 2, 1) == orvStatusSize && find(9, 2, 1) == orvStatusBadArg && find(9, -1, 1) == orvStatusBadArg);
+  CHECK(orviFindPeaks3x3_32f_C1R(image, 20, {5, 5}, 0, peak, 9, &count, 0, 1, buffer) == orvStatusOk);
+  CHECK(count == 2 && peak[0].x == 2 && peak[1].x == 3, "nearly equal neighbours");
   CHECK(orviFindPeaks3x3GetBufferSize_32f_C1R(0, &bytes) == orvStatusSize && bytes == -1);
   CHECK(orviFindPeaks3x3GetBufferSize_32s_C1R(0, nullptr) == orvStatusNullPtr);
 }
@@ -107,13 +106,9 @@ void plainGray(const T* src, int32_t srcStep, T* dst, int32_t dstStep, OrvSize r
 template <class T, class Function>
 void checkGray(const char* name, Function function) {
   sweep(name, function, plainGray<T>, {301, 71}, In<T>(3), Out<T>(), Roi(), Value<int32_t>({0, 1, 2}));
-  std::vector<Told> order = pointersThenSizes({0, 1}, 2);
-  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});
-  if (sizeof(T) > 1) order.insert(order.end(), {{Fault::misalignedStep, 0}, {Fault::misalignedStep, 1}});
-  walkArguments(name, function, order, In<T>(3), Out<T>(), Roi(), Value<int32_t>({1}));
-  T pixel[3] = {}, out = 7;
-  for (const int32_t norm : {-1, 3})
-    CHECK(function(pixel, 3 * sizeof(T), &out, sizeof(T), OrvSize{1, 1}, norm) == orvStatusBadArg && out == 7);
+  const std::vector<Told> order = tableChecks({0, 1}, alignedOf<T, T>(), 2);
+  walkArguments(name, function, order + std::vector<Told>{badValue(3, -1), badValue(3, 3)}, In<T>(3), Out<T>(), Roi(),
+                Value<int32_t>({1}));
 }
 
 // Sums of squares at half a root and just above: (r + p, r + q, r + s) with p + q + s = 1 has the squares' sum

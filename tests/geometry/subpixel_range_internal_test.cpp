@@ -6,7 +6,9 @@
 using namespace test;
 
 TEST(ranges) {
-  windows(scaledCase("ownGetRectSubpix_8u16u_C1R_Sfs", ownGetRectSubpix_8u16u_C1R_Sfs, -7, false));
-  windows(windowCase("ownGetRectSubpix_16u32f_C1R", ownGetRectSubpix_16u32f_C1R, {0, 1e-6f, 1e-9f}, false));
-  windows(windowCase("ownGetRectSubpix_32f_C1R", ownGetRectSubpix_32f_C1R, {0, 1e-6f, 1e-6f}, false));
+  scaledWindows("ownGetRectSubpix_8u16u_C1R_Sfs", ownGetRectSubpix_8u16u_C1R_Sfs, -7, false);
+  const reference::Subpixel<uint16_t, float> words{0, 1e-6f, 1e-9f};
+  windows("ownGetRectSubpix_16u32f_C1R", ownGetRectSubpix_16u32f_C1R, words, false);
+  const reference::Subpixel<float, float> floats{0, 1e-6f, 1e-6f};
+  windows("ownGetRectSubpix_32f_C1R", ownGetRectSubpix_32f_C1R, floats, false);
 }

@@ -1,7 +1,6 @@
 // Sub-pixel windows against their plain form.
 // One body serves both variants.
 #include "geometry/subpixel_cases.h"
-#include "detect/table_roles.h"
 #include "reference/pointwise.h"
 
 using namespace test;
@@ -42,23 +41,20 @@ void copies(const char* name, F f, const reference::Subpixel<S, D>& plain) {
   for (const auto& o : offsets) values.push_back(o.offset);
   sweep(name, f, plainCopy, {}, Larger<S>(wild(In<S>()), 1, 1), Out<D>(), Roi(), Value<float>(values),
         Value<float>(values));
-  std::vector<int> aligned;
-  if (sizeof(S) > 1) aligned.push_back(0);
-  if (sizeof(D) > 1) aligned.push_back(1);
-  walkArguments(name, f, tableChecks({0, 1}, aligned, 2), In<S>(), Out<D>(), Roi(), Value<float>({0}),
+  walkArguments(name, f, tableChecks({0, 1}, alignedOf<S, D>(), 2), In<S>(), Out<D>(), Roi(), Value<float>({0}),
                 Value<float>({0}));
 }
 
 }  // namespace
 
 TEST(windows) {
-  windows(windowCase("orviCopySubpixIntersect_8u_C1R", orviCopySubpixIntersect_8u_C1R, bytes));
-  windows(windowCase("orviCopySubpixIntersect_8u32f_C1R", orviCopySubpixIntersect_8u32f_C1R, bytesToFloats));
-  windows(windowCase("orviCopySubpixIntersect_16u_C1R", orviCopySubpixIntersect_16u_C1R, words));
-  windows(windowCase("orviCopySubpixIntersect_16u32f_C1R", orviCopySubpixIntersect_16u32f_C1R, wordsToFloats));
-  windows(windowCase("orviCopySubpixIntersect_32f_C1R", orviCopySubpixIntersect_32f_C1R, floats));
+  windows("orviCopySubpixIntersect_8u_C1R", orviCopySubpixIntersect_8u_C1R, bytes);
+  windows("orviCopySubpixIntersect_8u32f_C1R", orviCopySubpixIntersect_8u32f_C1R, bytesToFloats);
+  windows("orviCopySubpixIntersect_16u_C1R", orviCopySubpixIntersect_16u_C1R, words);
+  windows("orviCopySubpixIntersect_16u32f_C1R", orviCopySubpixIntersect_16u32f_C1R, wordsToFloats);
+  windows("orviCopySubpixIntersect_32f_C1R", orviCopySubpixIntersect_32f_C1R, floats);
   for (const int factor : {-7, -8, 0, -14, -30, 3})
-    windows(scaledCase("orviCopySubpixIntersect_8u16u_C1R_Sfs", orviCopySubpixIntersect_8u16u_C1R_Sfs, factor));
+    scaledWindows("orviCopySubpixIntersect_8u16u_C1R_Sfs", orviCopySubpixIntersect_8u16u_C1R_Sfs, factor);
 }
 
 TEST(copies) {

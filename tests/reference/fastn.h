@@ -71,25 +71,22 @@ int fastNBin(const Pixel& at, int x, int y, const FastNSetup& setup, bool inOrde
 
 // Corner and score images of a region that lies inside the image; returns the number of corners.
 template <class Pixel>
-int fastN(const Pixel& at, const FastNSetup& setup, OrvRect region, bool inOrder, std::vector<uint8_t>& corners,
-          std::vector<uint8_t>& scores) {
+int fastN(const Pixel& at, const FastNSetup& setup, OrvRect region, bool inOrder, uint8_t* corner, int32_t cornerStep,
+          uint8_t* score, int32_t scoreStep) {
   int count = 0;
-  corners.assign((size_t)(region.width * region.height), 0);
-  scores = corners;
-  for (int y = 0; y < region.height; ++y)
-    for (int x = 0; x < region.width; ++x) {
-      const int column = region.x + x, row = region.y + y;
-      int score, other;
-      const int kind = fastNClass(at, column, row, setup, &score);
-      bool kept = kind != 0;
-      for (int i = 0; i < 9 && kept && setup.mode & orvFastNNms; ++i)
-        fastNClass(at, column + i % 3 - 1, row + i / 3 - 1, setup, &other), kept = score >= other;
-      if (!kept) continue;
-      const int bin = setup.mode & orvFastNOrientation ? fastNBin(at, column, row, setup, inOrder) : 0;
-      corners[(size_t)(y * region.width + x)] = (uint8_t)(kind | bin);
-      scores[(size_t)(y * region.width + x)] = (uint8_t)score;
-      ++count;
+  forEachElement({region.width, region.height}, 1, [&](int y, int x) {
+    const int column = region.x + x, row = region.y + y;
+    int own, other;
+    int kind = fastNClass(at, column, row, setup, &own);
+    for (int i = 0; i < 9 && kind && setup.mode & orvFastNNms; ++i) {
+      fastNClass(at, column + i % 3 - 1, row + i / 3 - 1, setup, &other);
+      if (own < other) kind = 0;
     }
+    const int bin = kind && setup.mode & orvFastNOrientation ? fastNBin(at, column, row, setup, inOrder) : 0;
+    store(corner, cornerStep, y, x, (uint8_t)(kind | bin));
+    if (setup.mode & orvFastNScore) store(score, scoreStep, y, x, (uint8_t)(kind ? own : 0));
+    count += kind != 0;
+  });
   return count;
 }
 
