@@ -101,17 +101,14 @@ TEST(refusals) {
   Random r(seed());
   for (const int channels : {1, 3}) {
     const Functions& call = functions[channels == 3];
-    std::vector<Told> order = pointersThenSizes({2, 1, 0}, 3);
-    order.insert(order.end(), {{Fault::smallStep, 2}, {Fault::smallStep, 1}, {Fault::misalignedStep, 1}});
-    walkArguments("init", call.init, order, Result<OrvInpaintState*>(), In<float>(), Mask(), Roi(), Value<int32_t>({0}),
-                  Value<float>({2.f}));
+    walkArguments("init", call.init,
+                  pointersThenSizes({2, 1, 0}, 3) + eachOf(Fault::smallStep, {2}) + stepsOf<float>({1}) +
+                      std::vector<Told>{badValue(4, 2), badValue(5, 0.99), badValue(5, NAN)},
+                  Result<OrvInpaintState*>(), In<float>(), Mask(), Roi(), Value<int32_t>({0}), Value<float>({2.f}));
     CHECK(call.free(nullptr) == orvStatusNullPtr);
     for (const int kind : {1, 5}) {
       const Prepared p(r, {13, 5}, kind, 0);
       OrvInpaintState* state = nullptr;
-      CHECK(p.init(call, &state, 2, 0) == orvStatusBadArg && p.init(call, &state, 1, 0.99f) == orvStatusBadArg);
-      CHECK(p.init(call, &state, 0, NAN) == orvStatusBadArg && !state);
-      CHECK(call.init(&state, p.dist.data(), 53, p.mask.data(), 13, p.roi, 2, 0) == orvStatusStepAlign);
       const int allocations = kind == 5 ? 1 : 2;
       for (int kth = 1; kth <= allocations; ++kth) {
         steerFailAllocation(kth);
@@ -123,12 +120,9 @@ TEST(refusals) {
         CHECK(p.init(call, &state, 0, 1e30f) == orvStatusNoMem &&
               (quick() || p.init(call, &state, 0, 9e3f) == orvStatusNoMem));
       CHECK(p.init(call, &state, 1, kind == 5 ? 1e30f : 3.f) == orvStatusOk);
-      order = pointersThenSizes({0, 1}, 2);
-      order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});
-      walkArguments("run", call.run, order, In<uint8_t>(channels), Out<uint8_t>(channels), Roi(),
-                    Value<OrvInpaintState*>({state}));
+      walkArguments("run", call.run, pointersThenSizes({0, 1, 3}, 2) + eachOf(Fault::smallStep, {0, 1}),
+                    In<uint8_t>(channels), Out<uint8_t>(channels), Roi(), Value<OrvInpaintState*>({state}));
       uint8_t pixels[13 * 5 * 3] = {};
-      CHECK(call.run(pixels, 39, pixels, 39, p.roi, nullptr) == orvStatusNullPtr);
       for (const OrvSize other : {OrvSize{12, 5}, {13, 4}})
         CHECK(call.run(pixels, 39, pixels, 39, other, state) == orvStatusSize);
       CHECK(call.free(state) == orvStatusOk && steeredLiveAllocations() == 0);
