@@ -59,19 +59,6 @@ TEST(extremes) {
   });
 }
 
-// Every kind of border with every side, around a mask that reaches unequally far.
-TEST(everySide) {
-  Random r(seed());
-  MaskShape mask{4, 3, {0, 1, 1, 0, 1, 1, 0, 1, 0, 1, 0, 0}}, full{4, 5, std::vector<uint8_t>(20, 9)};
-  for (int sides = 0; sides < 256; sides += quick() ? 48 : 16)
-    for (const int kind : {orvBorderRepl, orvBorderInMem})
-      for (const Shape& shape : {Shape{1, 1}, Shape{2, 9}, Shape{70, 4}})
-        for (const MaskShape& m : {mask, full}) {
-          checkMorph(bytes1, r, shape, m, kind | sides);
-          checkMorph(bits, r, shape, m, kind | sides);
-        }
-}
-
 // A window of infinities: an arbitrary mask gives the largest finite value, a rectangle keeps them.
 TEST(infinities) {
   const OrvSize roi = {37, 1}, maskSize = {3, 3};
@@ -102,14 +89,11 @@ TEST(sizes) {
     CHECK(bufferBytes == work + tail, "%d", bufferBytes);
     CHECK(stateBytes == spec, "%d", stateBytes);
   };
-  const int tail3 = 80 + 16 + 112, tail4 = 96 + 32 + 128;
-  const int e3 = 10 * 132 + 160, e3f = 10 * 432 + 160;
+  const int tail3 = 80 + 16 + 112, tail4 = 96 + 32 + 128, e3 = 10 * 132 + 160;
   check(bytes1, {3, 3}, e3, 33 * 16 + 48 + 160 + e3 + tail3, tail3);
-  check(bytes3, {3, 3}, 6 * 332 + 128, 33 * 16 + 48 + 160 + 6 * 332 + 128 + tail3, tail3);
   check(bytes4, {5, 4}, 8 * 432 + 160, 33 * 32 + 64 + 160 + 8 * 432 + 160 + tail4, tail4);
   check(words, {3, 3}, 2 * (6 * 232 + 128), 16 + 48 + 160, tail3);
   check(shorts, {5, 4}, 17 * 232 + 200, 32 + 64 + 160, tail4);
-  check(floats1, {3, 3}, e3f, 33 * 16 + 48 + 160 + e3f + tail3, tail3);
   check(floats4, {5, 4}, 17 * 1632 + 200, 33 * 32 + 64 + 160 + 17 * 1632 + 200 + tail4, tail4);
   check(bits, {3, 3}, e3, 16 + 96, tail3);
 }

@@ -1,7 +1,7 @@
 // Reconstruction against repeated elementary steps, on random images, mazes and spirals; sizes and statuses.
 //
 // One body serves both variants.
-#include "framework/sweep.h"
+#include "distance/step_checks.h"
 #include "reference/reconstruct.h"
 
 using namespace test;
@@ -72,16 +72,9 @@ void checkBoth(const char* name, Reconstruct<T> function, Bytes size) {
   check(name, function, size, {40, 31}, Content::random);
   const Shape far[] = {{90, 40}, {131, 12}, {11, 60}, {90, 40}};  // by the size of an element
   check(name, function, size, far[__builtin_ctz(sizeof(T))], Content::fewSeeds);
-  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
-  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
-    for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
-      order.push_back({fault, image});
-  for (const int norm : {-1, 2}) {
-    walkArguments(name, function, order, In<T>(), InOut<T>(), Roi(), Scratch(size), Value<int32_t>({norm}));
-    T marker = 1;
-    uint8_t buffer[600];
-    CHECK(function(&marker, sizeof(T), &marker, sizeof(T), {1, 1}, buffer, norm) == orvStatusBadArg);
-  }
+  const std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2) + stepsOf<T>({0, 1});
+  walkArguments(name, function, order + std::vector<Told>{badValue(4, -1), badValue(4, 2)}, In<T>(), InOut<T>(), Roi(),
+                Scratch(size), Value<int32_t>({0}));
 }
 #define CHECK_BOTH(type)                                                                                               \
   checkBoth("Dilate_" #type, orviMorphReconstructDilate_##type##_C1IR, orviMorphReconstructGetBufferSize_##type##_C1), \

@@ -1,6 +1,6 @@
 // Filters that repeat the nearest pixel and take a record: swept, and their checks walked.
 #pragma once
-#include "framework/sweep.h"
+#include "distance/step_checks.h"
 
 namespace test {
 
@@ -48,10 +48,7 @@ void checkReplicate(OrvStatus (*filter)(const T*, int32_t, T*, int32_t, OrvSize,
   for (const Shape& shape : extra)
     sweep("replicate", filter, reference, shape, In<T>(channels), Out<T>(channels), Roi(), border,
           Record<State>{maker});
-  std::vector<Told> order = pointersThenSizes({0, 1, 4}, 2);
-  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
-    for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
-      order.push_back({fault, image});
+  const std::vector<Told> order = pointersThenSizes({0, 1, 4}, 2) + stepsOf<T>({0, 1});
   walkArguments("replicate", filter, order, In<T>(channels), Out<T>(channels), Roi(), Value<OrvBorderType>({17}),
                 Record<State>{maker});
   Random r(seed());
