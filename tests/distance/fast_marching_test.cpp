@@ -80,18 +80,8 @@ TEST(nothing_is_lost) {
   for (int round = 0; round < (quick() ? 1 : 3); ++round)
     for (const Shape& shape : shapes()) Case(r, shape, r.in(0, maskKinds - 1), radii[r.in(0, 6)]).check(r, false);
   for (const Shape shape : {Shape{300, 240}, {8200, 8}, {16, 4100}})
-    for (int kind = 0; kind < maskKinds; kind += quick() ? 6 : 2)
+    for (int kind = 0; kind < maskKinds; kind += quick() ? 3 : 1)
       Case(r, shape, kind, radii[r.in(0, 6)]).check(r, true);
-}
-
-// A corridor that winds through the whole image, from front to front and back.
-TEST(labyrinth) {
-  Random r(seed());
-  Case c(r, {280, 260}, 4, 0);
-  for (int y = 0; y < 260; ++y)
-    for (int x = 0; x < 280; ++x) c.mask.set(x, y, x % 4 == 3 && (x / 4 % 2 ? y > 0 : y < 259) ? 0 : 1);
-  c.mask.keep();
-  c.check(r, true);
 }
 
 TEST(arguments) {
