@@ -38,17 +38,15 @@ void check(const char* name, Transform<T, Metric> transform, const std::vector<s
   const Context context(name);
   uint8_t seed = 0;
   T d[2] = {77, 77};
-  const auto status = [&](std::vector<Metric> metrics) {
-    return transform(&seed, 1, d, sizeof(T), {1, 1}, metrics.data());
-  };
-  for (int spoiled = 0; spoiled < (size == 5 ? 3 : 2); ++spoiled) {
-    std::vector<Metric> metrics(3, (Metric)2);
-    for (const Metric bad : {(Metric)0, (Metric)-3, (Metric)NAN}) {
-      metrics[(size_t)spoiled] = std::is_same<Metric, int32_t>::value && bad != 0 ? -3 : bad;
-      CHECK(status(metrics) == orvStatusMetric && d[0] == 77);
-      CHECK(transform(&seed, 1, d, sizeof(T) - 1, {1, 1}, metrics.data()) == orvStatusStep);
+  for (int spoiled = 0; spoiled < (size == 5 ? 3 : 2); ++spoiled)
+    for (const double bad : {0., -3., std::is_same<Metric, float>::value ? NAN : -1.}) {
+      Metric metrics[3] = {2, 2, 2};
+      metrics[spoiled] = (Metric)bad;
+      for (const bool step : {false, true})
+        CHECK(transform(&seed, 1, d, (int32_t)sizeof(T) - step, {1, 1}, metrics) ==
+                  (step ? orvStatusStep : orvStatusMetric) &&
+              d[0] == 77);
     }
-  }
 }
 
 // The in-place form, or the other with equal images, as functions of source and destination.
@@ -95,11 +93,11 @@ TEST(standard_weights) {
     for (int k = 0; k < (size + 1) / 2; ++k) CHECK((float)w[k] == same[k]);
     CHECK(size == 5 || w[2] == -7);
   }
-  CHECK(orviGetDistanceTransformMask_32f(4, 3, nullptr) == orvStatusNullPtr);
-  CHECK(orviGetDistanceTransformMask_32f(4, 3, f) == orvStatusSize);
-  CHECK(orviGetDistanceTransformMask_32f(3, -1, f) == orvStatusBadArg);
-  CHECK(orviGetDistanceTransformMask(33, nullptr) == orvStatusBadArg);
-  CHECK(orviGetDistanceTransformMask(32, nullptr) == orvStatusNullPtr);
-  for (const int type : {-31, -1, 59}) CHECK(orviGetDistanceTransformMask(type, f) == orvStatusBadArg);
-  for (const int type : {42, 0, -30}) CHECK(orviGetDistanceTransformMask(type, f) == orvStatusSize);
+  const auto plain = orviGetDistanceTransformMask_32f;
+  const auto coded = orviGetDistanceTransformMask;
+  CHECK(plain(4, 3, nullptr) == orvStatusNullPtr && plain(4, 3, f) == orvStatusSize &&
+        plain(3, -1, f) == orvStatusBadArg);
+  CHECK(coded(33, nullptr) == orvStatusBadArg && coded(32, nullptr) == orvStatusNullPtr);
+  for (const int type : {-31, -1, 59}) CHECK(coded(type, f) == orvStatusBadArg);
+  for (const int type : {42, 0, -30}) CHECK(coded(type, f) == orvStatusSize);
 }

@@ -66,15 +66,12 @@ TEST(infinities) {
   for (const bool dilate : {false, true})
     for (const auto* mask : {&cross, &full}) {
       const std::vector<float> src(37, dilate ? -INFINITY : INFINITY);
+      const float want = mask == &full ? src[0] : dilate ? -FLT_MAX : FLT_MAX;
       std::vector<float> dst(37);
-      int32_t stateBytes, bufferBytes;
-      floats1.size(roi, maskSize, &stateBytes, &bufferBytes);
-      std::vector<uint8_t> state((size_t)stateBytes), buffer((size_t)bufferBytes);
-      floats1.init(roi, mask->data(), maskSize, state.data(), buffer.data());
+      alignas(16) static uint8_t state[1 << 14], buffer[1 << 14];
+      floats1.init(roi, mask->data(), maskSize, state, buffer);
       forEachSetting(false, [&] {
-        floats1.filters[dilate].run(
-            {src.data(), 148, dst.data(), 148, roi, orvBorderRepl, state.data(), buffer.data()});
-        const float want = mask == &full ? src[0] : dilate ? -FLT_MAX : FLT_MAX;
+        floats1.filters[dilate].run({src.data(), 148, dst.data(), 148, roi, orvBorderRepl, state, buffer});
         for (const float v : dst) CHECK(v == want, "%g", (double)v);
       });
     }
@@ -118,10 +115,9 @@ TEST(record) {
   CHECK(s.erodeTable[0] == 255 && s.erodeTable[31] == 0 && s.dilateTable[15] == 0 && s.dilateTable[16] == 255);
   s = build(floats3, corner, {3, 2});
   CHECK(s.shapeKind == orvMorphRectangle && s.anchorX == 1 && s.rightExtent == 1 && s.bottomExtent == 1);
-  CHECK(s.shapeDesc->boxWidth == 2 && s.shapeDesc->boxHeight == 1 && s.shapeDesc->boxAnchorX == 0);
-  CHECK(s.shapeDesc->boxAnchorY == -1 && s.channels == 3 && s.roiWidth == 50 && s.dataType == orvData32f);
-  CHECK(((const float*)(const void*)s.erodeTable)[0] == FLT_MAX &&
-        ((const float*)(const void*)s.erodeTable)[16] == -FLT_MAX);
+  CHECK(s.shapeDesc->boxWidth == 2 && s.shapeDesc->boxAnchorY == -1 && s.channels == 3 && s.roiWidth == 50);
+  const auto* const limits = (const float*)(const void*)s.erodeTable;
+  CHECK(limits[0] == FLT_MAX && limits[16] == -FLT_MAX && s.dataType == orvData32f);
   s = build(bytes4, std::vector<uint8_t>(6), {3, 2});
   CHECK(s.shapeKind == orvMorphEmpty && !s.erodeTable && s.anchorX == 0 && s.rightExtent == 0 && s.totalSize == 112);
   CHECK(build(words, {0, 1, 0, 1, 1, 0}, {3, 2}).shapeKind == orvMorphEllipse);

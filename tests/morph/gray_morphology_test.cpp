@@ -65,12 +65,11 @@ void check(const Gray<T, W>& gray) {
     CHECK(size == 4 * mask.size.width * mask.size.height + 32);
     return size;
   };
-  const auto init = [&](OrvMorphGrayState* state) {
-    return gray.init(state, mask.roi, mask.weights.data(), mask.size, mask.anchor);
+  const auto build = [&](auto make, auto* target) {
+    return make(target, mask.roi, mask.weights.data(), mask.size, mask.anchor);
   };
-  const auto alloc = [&](OrvMorphGrayState** state) {
-    return gray.alloc(state, mask.roi, mask.weights.data(), mask.size, mask.anchor);
-  };
+  const auto init = [&](OrvMorphGrayState* state) { return build(gray.init, state); };
+  const auto alloc = [&](OrvMorphGrayState** state) { return build(gray.alloc, state); };
   for (const bool dilate : {false, true})
     checkReplicate<T, OrvMorphGrayState>(
         gray.filters[dilate], 1, {draw, init, alloc, gray.free}, true, {{1300, 2}, {20, 3}},

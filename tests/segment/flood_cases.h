@@ -42,8 +42,8 @@ struct Triple : Weights<T> {
   explicit Triple(bool isDelta) : Weights<T>(std::vector<std::vector<T>>()), delta(isDelta) {}
   void prepare(Random& r, const Shape&) {
     const T base = std::is_floating_point<T>::value && !delta ? (T)0.25f : (T)0;
+    this->chosen.clear();
     for (int k = 0; k < 3; ++k) {
-      if (k == 0) this->chosen.clear();
       const int most = delta ? 2 : r.one(2) ? 100 : 6;
       this->chosen.push_back(delta && r.one(6) ? highest<T>() : (T)(base + (T)r.in(0, most)));
     }

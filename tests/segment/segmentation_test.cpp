@@ -26,11 +26,11 @@ struct Seeds : ImageRole<T> {
   void prepare(Random& r, const Shape& shape) {
     ImageRole<T>::prepare(r, shape);
     const int sparse = r.one(5) ? 1000000 : r.in(2, 60);
-    for (auto* image : {&*this->candidate, &*this->expected})
-      for (int y = 0; y < shape.height; ++y)
-        for (int x = 0; x < shape.width; ++x)
-          if (image == &*this->expected) image->set(x, y, this->candidate->at(x, y));
-          else image->set(x, y, (T)(!r.one(sparse) ? 0 : r.one(8) ? (T)-r.in(1, 3) : r.in(1, 4)));
+    for (int y = 0; y < shape.height; ++y)
+      for (int x = 0; x < shape.width; ++x) {
+        const auto label = (T)(!r.one(sparse) ? 0 : r.one(8) ? (T)-r.in(1, 3) : r.in(1, 4));
+        this->candidate->set(x, y, label), this->expected->set(x, y, label);
+      }
     this->candidate->keep();
   }
 };
