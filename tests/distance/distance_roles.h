@@ -1,6 +1,6 @@
 // Arguments of the distance functions, and images that are hard on them.
 #pragma once
-#include "framework/sweep.h"
+#include "distance/step_checks.h"
 
 namespace test {
 

@@ -76,38 +76,12 @@ struct Case {
 
 TEST(nothing_is_lost) {
   Random r(seed());
-  const float radii[] = {0, 0, 1e-6f, 1, 2.5f, 7, 1e9f};
+  const float radii[] = {0, -0.f, 1e-6f, 1, 2.5f, 7, 1e9f};
   for (int round = 0; round < (quick() ? 1 : 3); ++round)
     for (const Shape& shape : shapes()) Case(r, shape, r.in(0, maskKinds - 1), radii[r.in(0, 6)]).check(r, false);
   for (const Shape shape : {Shape{300, 240}, {8200, 8}, {16, 4100}})
-    for (int kind = 0; kind < maskKinds; kind += quick() ? 6 : 2)
+    for (int kind = 0; kind < maskKinds; kind += quick() ? 3 : 1)
       Case(r, shape, kind, radii[r.in(0, 6)]).check(r, true);
-}
-
-// A corridor that winds through the whole image, from front to front and back.
-TEST(labyrinth) {
-  Random r(seed());
-  Case c(r, {280, 260}, 4, 0);
-  for (int y = 0; y < 260; ++y)
-    for (int x = 0; x < 280; ++x) c.mask.set(x, y, x % 4 == 3 && (x / 4 % 2 ? y > 0 : y < 259) ? 0 : 1);
-  c.mask.keep();
-  c.check(r, true);
-}
-
-// One known pixel: 1 beside it, about the Euclidean distance further away.
-TEST(single_pixel) {
-  Random r(seed());
-  Case c(r, {401, 301}, 5, 0);
-  c.mask.set(200, 100, 0);
-  c.mask.keep();
-  c.check(r, true);
-  CHECK(c.times.at(199, 100) == 1 && c.times.at(201, 100) == 1 && c.times.at(200, 99) == 1 &&
-        c.times.at(200, 101) == 1);
-  for (int y = 0; y < 301; ++y)
-    for (int x = 0; x < 401; ++x) {
-      const float d = hypotf((float)(x - 200), (float)(y - 100)), t = c.times.at(x, y);
-      if (t < d - 1e-3f || t > d + 1 + 0.02f * d) return fail("%d, %d: %g", x, y, (double)t);
-    }
 }
 
 TEST(arguments) {
@@ -116,15 +90,8 @@ TEST(arguments) {
   CHECK(size({33, 10}, &bytes) == orvStatusOk && bytes == 44 * 69 + 40);
   CHECK(size({0, 1}, nullptr) == orvStatusNullPtr);
   CHECK(size({0, 9}, &bytes) == orvStatusSize && size({9, -1}, &bytes) == orvStatusSize && bytes == 44 * 69 + 40);
-  std::vector<Told> order = pointersThenSizes({0, 1, 4}, 2);
-  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}, {Fault::misalignedStep, 1}});
-  walkArguments("orviFastMarching_8u32f_C1R", orviFastMarching_8u32f_C1R, order, Mask(), Out<float>(), Roi(),
-                Value<float>({0.f}), Result<uint8_t>(4000));
-  float d[2] = {5, 5};
-  uint8_t s[2] = {1, 0}, buffer[2600];
-  const auto run = [&](int32_t step, float radius) {
-    return orviFastMarching_8u32f_C1R(s, 2, d, step, {2, 1}, radius, buffer);
-  };
-  CHECK(run(8, -1e-30f) == orvStatusBadArg && run(7, -1) == orvStatusStep && run(9, -1) == orvStatusStepAlign);
-  CHECK(d[0] == 5 && run(8, -0.f) == orvStatusOk && d[0] == 1 && d[1] == 0);
+  walkArguments("orviFastMarching_8u32f_C1R", orviFastMarching_8u32f_C1R,
+                pointersThenSizes({0, 1, 4}, 2) + eachOf(Fault::smallStep, {0, 1}) +
+                    eachOf(Fault::misalignedStep, {1}) + std::vector<Told>{badValue(3, -1e-30)},
+                Mask(), Out<float>(), Roi(), Value<float>({0.f}), Result<uint8_t>(4000));
 }

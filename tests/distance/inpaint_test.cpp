@@ -14,25 +14,18 @@ const struct Functions {
 } functions[] = {{orviInpaintInitAlloc_8u_C1R, orviInpaint_8u_C1R, orviInpaintFree_8u_C1R},
                  {orviInpaintInitAlloc_8u_C3R, orviInpaint_8u_C3R, orviInpaintFree_8u_C3R}};
 
-// A mask and its distances. Kinds: 0 blots inside, 1 anywhere, 2 all but blots, 3 a frame, 4 one pixel, 5 empty.
+// A mask, its hole well inside the image or anywhere, and its distances.
 struct Prepared {
   Image<uint8_t> mask;
   Image<float> dist;
   OrvSize roi;
 
-  Prepared(Random& r, Shape shape, int kind, float band)
+  Prepared(Random& r, Shape shape, int kind, bool inside, float band)
       : mask(r, shape.width, shape.height, 1), dist(r, shape.width, shape.height, 1), roi{shape.width, shape.height} {
-    const int margin = kind == 0 ? 5 : 0, right = roi.width - 1 - margin, bottom = roi.height - 1 - margin;
+    drawMask(r, mask, kind);
     for (int y = 0; y < roi.height; ++y)
       for (int x = 0; x < roi.width; ++x)
-        mask.set(x, y, kind == 2 || (kind == 3 && (x * y == 0 || x == right || y == bottom)) ? 9 : 0);
-    const int blots[] = {3, 3, 3, 0, 1, 0};
-    for (int i = 0; i < blots[kind] && right >= margin && bottom >= margin; ++i) {
-      const int left = r.in(margin, right), top = r.in(margin, bottom), side = kind == 4 ? 0 : r.in(0, 4);
-      for (int y = top; y <= std::min(top + side, bottom); ++y)
-        for (int x = left; x <= std::min(left + side, right); ++x)
-          mask.set(x, y, kind == 2 ? 0 : (uint8_t)r.in(1, 255));
-    }
+        if (inside && std::min({x, y, roi.width - 1 - x, roi.height - 1 - y}) < 5) mask.set(x, y, 0);
     mask.keep();
     int32_t bytes = 0;
     orviFastMarchingGetBufferSize_8u32f_C1R(roi, &bytes);
@@ -59,7 +52,7 @@ void check(Random& r, Shape shape, int kind, int channels, int method, float rad
   snprintf(text, sizeof text, "%dx%d kind %d C%d method %d radius %g", shape.width, shape.height, kind, channels,
            method, (double)radius);
   const Context context(text);
-  const Prepared p(r, shape, kind, r.one(2) ? radius : 0);
+  const Prepared p(r, shape, kind, r.one(3), r.one(2) ? radius : 0);
   const Functions& call = functions[channels == 3];
   OrvInpaintState* state = nullptr;
   CHECK(p.init(call, &state, method, radius) == orvStatusOk);
@@ -92,7 +85,7 @@ TEST(both_methods) {
   const float radii[] = {1, 1.5f, 2, 3, 3.7f, 6};
   for (int i = 0; i < (quick() ? 20 : 200); ++i) {
     const Shape shape = i % 4 == 3 ? Shape{r.in(1, 7), r.in(1, 7)} : Shape{r.in(1, 40), r.in(1, 30)};
-    check(r, shape, r.in(0, 5), i % 2 ? 1 : 3, i / 2 % 2, radii[r.in(0, 5)]);
+    check(r, shape, r.in(0, maskKinds - 1), i % 2 ? 1 : 3, i / 2 % 2, radii[r.in(0, 5)]);
   }
   CHECK(steeredLiveAllocations() == 0);
 }
@@ -101,34 +94,27 @@ TEST(refusals) {
   Random r(seed());
   for (const int channels : {1, 3}) {
     const Functions& call = functions[channels == 3];
-    std::vector<Told> order = pointersThenSizes({2, 1, 0}, 3);
-    order.insert(order.end(), {{Fault::smallStep, 2}, {Fault::smallStep, 1}, {Fault::misalignedStep, 1}});
-    walkArguments("init", call.init, order, Result<OrvInpaintState*>(), In<float>(), Mask(), Roi(), Value<int32_t>({0}),
-                  Value<float>({2.f}));
+    walkArguments("init", call.init,
+                  pointersThenSizes({2, 1, 0}, 3) + eachOf(Fault::smallStep, {2}) + stepsOf<float>({1}) +
+                      std::vector<Told>{badValue(4, 2), badValue(5, 0.99), badValue(5, NAN)},
+                  Result<OrvInpaintState*>(), In<float>(), Mask(), Roi(), Value<int32_t>({0}), Value<float>({2.f}));
     CHECK(call.free(nullptr) == orvStatusNullPtr);
-    for (const int kind : {1, 5}) {
-      const Prepared p(r, {13, 5}, kind, 0);
+    for (const bool empty : {false, true}) {
+      const Prepared p(r, {13, 5}, empty ? 4 : 6, false, 0);
       OrvInpaintState* state = nullptr;
-      CHECK(p.init(call, &state, 2, 0) == orvStatusBadArg && p.init(call, &state, 1, 0.99f) == orvStatusBadArg);
-      CHECK(p.init(call, &state, 0, NAN) == orvStatusBadArg && !state);
-      CHECK(call.init(&state, p.dist.data(), 53, p.mask.data(), 13, p.roi, 2, 0) == orvStatusStepAlign);
-      const int allocations = kind == 5 ? 1 : 2;
-      for (int kth = 1; kth <= allocations; ++kth) {
+      for (int kth = 1; kth <= (empty ? 1 : 2); ++kth) {
         steerFailAllocation(kth);
         CHECK(p.init(call, &state, 1, 3) == orvStatusNoMem && !state && steeredLiveAllocations() == 0);
       }
       steerFailAllocation(0);
       // more neighbours than memory; no matter without a mask
-      if (kind != 5)
+      if (!empty)
         CHECK(p.init(call, &state, 0, 1e30f) == orvStatusNoMem &&
               (quick() || p.init(call, &state, 0, 9e3f) == orvStatusNoMem));
-      CHECK(p.init(call, &state, 1, kind == 5 ? 1e30f : 3.f) == orvStatusOk);
-      order = pointersThenSizes({0, 1}, 2);
-      order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}});
-      walkArguments("run", call.run, order, In<uint8_t>(channels), Out<uint8_t>(channels), Roi(),
-                    Value<OrvInpaintState*>({state}));
+      CHECK(p.init(call, &state, 1, empty ? 1e30f : 3.f) == orvStatusOk);
+      walkArguments("run", call.run, pointersThenSizes({0, 1, 3}, 2) + eachOf(Fault::smallStep, {0, 1}),
+                    In<uint8_t>(channels), Out<uint8_t>(channels), Roi(), Value<OrvInpaintState*>({state}));
       uint8_t pixels[13 * 5 * 3] = {};
-      CHECK(call.run(pixels, 39, pixels, 39, p.roi, nullptr) == orvStatusNullPtr);
       for (const OrvSize other : {OrvSize{12, 5}, {13, 4}})
         CHECK(call.run(pixels, 39, pixels, 39, other, state) == orvStatusSize);
       CHECK(call.free(state) == orvStatusOk && steeredLiveAllocations() == 0);

@@ -79,8 +79,7 @@ TEST(arguments) {
   CHECK(size({5, 9}, &bytes) == orvStatusOk && bytes == 12 * 24 + 56);
   CHECK(size({0, 9}, nullptr) == orvStatusNullPtr);
   CHECK(size({0, 9}, &bytes) == orvStatusSize && size({9, -1}, &bytes) == orvStatusSize && bytes == 12 * 24 + 56);
-  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
-  order.insert(order.end(), {{Fault::smallStep, 0}, {Fault::smallStep, 1}, {Fault::misalignedStep, 1}});
-  walkArguments("orviTrueDistanceTransform_8u32f_C1R", orviTrueDistanceTransform_8u32f_C1R, order, Mask(), Out<float>(),
-                Roi(), Result<uint8_t>(1000));
+  walkArguments("orviTrueDistanceTransform_8u32f_C1R", orviTrueDistanceTransform_8u32f_C1R,
+                pointersThenSizes({0, 1, 3}, 2) + eachOf(Fault::smallStep, {0}) + stepsOf<float>({1}), Mask(),
+                Out<float>(), Roi(), Result<uint8_t>(1000));
 }

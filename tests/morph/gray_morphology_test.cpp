@@ -65,12 +65,11 @@ void check(const Gray<T, W>& gray) {
     CHECK(size == 4 * mask.size.width * mask.size.height + 32);
     return size;
   };
-  const auto init = [&](OrvMorphGrayState* state) {
-    return gray.init(state, mask.roi, mask.weights.data(), mask.size, mask.anchor);
+  const auto build = [&](auto make, auto* target) {
+    return make(target, mask.roi, mask.weights.data(), mask.size, mask.anchor);
   };
-  const auto alloc = [&](OrvMorphGrayState** state) {
-    return gray.alloc(state, mask.roi, mask.weights.data(), mask.size, mask.anchor);
-  };
+  const auto init = [&](OrvMorphGrayState* state) { return build(gray.init, state); };
+  const auto alloc = [&](OrvMorphGrayState** state) { return build(gray.alloc, state); };
   for (const bool dilate : {false, true})
     checkReplicate<T, OrvMorphGrayState>(
         gray.filters[dilate], 1, {draw, init, alloc, gray.free}, true, {{1300, 2}, {20, 3}},
@@ -86,16 +85,18 @@ void check(const Gray<T, W>& gray) {
   auto* state = (OrvMorphGrayState*)(void*)block;
   OrvMorphGrayState* allocated = nullptr;
   int32_t bytes;
-  CHECK(gray.size({0, 1}, nullptr, size, &bytes) == orvStatusNullPtr &&
-        gray.size({0, 1}, weights, size, nullptr) == orvStatusNullPtr);
-  CHECK(gray.size({0, 1}, weights, size, &bytes) == orvStatusSize && gray.size(roi, weights, {3, 0}, &bytes) == -6);
+  const Value<const W*> given({weights});
+  const Value<OrvSize> maskSize({size});
+  const std::vector<Told> maskFaults = {{Fault::width, 3}, {Fault::height, 3}};
+  walkArguments("size", gray.size,
+                pointersThenSizes({1, 3}, 0) + std::vector<Told>{{Fault::width, 2}, {Fault::height, 2}}, Roi(), given,
+                maskSize, Value<int32_t*>({&bytes}));
   const auto builds = [&](auto make, auto* target) {
-    CHECK(make(nullptr, {0, 1}, weights, size, {3, 0}) == orvStatusNullPtr);
-    CHECK(make(target, {0, 1}, nullptr, size, {3, 0}) == orvStatusNullPtr);
-    CHECK(make(target, {1, 0}, weights, size, {3, 0}) == orvStatusSize);
-    CHECK(make(target, roi, weights, {0, 2}, {3, 0}) == orvStatusSize);
-    for (const OrvPoint anchor : {OrvPoint{3, 0}, {0, -1}})
+    for (const OrvPoint anchor : {OrvPoint{3, 0}, {0, -1}}) {
+      walkArguments("record", make, pointersThenSizes({0, 2}, 1) + maskFaults, Value<decltype(target)>({target}), Roi(),
+                    given, maskSize, Value<OrvPoint>({anchor}));
       CHECK(make(target, roi, weights, size, anchor) == orvStatusAnchor);
+    }
   };
   builds(gray.init, state), builds(gray.alloc, &allocated);
   steerFailAllocation(1);

@@ -109,12 +109,13 @@ TEST(allocatedRecords) {
     steerFailAllocation(0);
     OrvMorphAdvState* record = nullptr;
     const uint8_t one = 1;
-    CHECK(make(nullptr, {0, 1}, &one, {1, 1}, {0, 0}) == orvStatusNullPtr);
-    CHECK(make(&record, {0, 1}, nullptr, {1, 1}, {0, 0}) == orvStatusNullPtr);
-    CHECK(make(&record, {0, 1}, &one, {1, 1}, {1, 0}) == orvStatusSize);
-    CHECK(make(&record, {1, 1}, &one, {1, 0}, {1, 0}) == orvStatusSize);
-    for (const OrvPoint anchor : {OrvPoint{1, 0}, {0, -1}})
+    for (const OrvPoint anchor : {OrvPoint{1, 0}, {0, -1}}) {
+      walkArguments("record", make,
+                    pointersThenSizes({0, 2}, 1) + std::vector<Told>{{Fault::width, 3}, {Fault::height, 3}},
+                    Value<OrvMorphAdvState**>({&record}), Roi(), Value<const uint8_t*>({&one}),
+                    Value<OrvSize>({{1, 1}}), Value<OrvPoint>({anchor}));
       CHECK(make(&record, {1, 1}, &one, {1, 1}, anchor) == orvStatusAnchor);
+    }
   };
   check(bytes1, orviMorphAdvInitAlloc_8u_C1R), check(bytes3, orviMorphAdvInitAlloc_8u_C3R);
   check(bytes4, orviMorphAdvInitAlloc_8u_C4R), check(floats1, orviMorphAdvInitAlloc_32f_C1R);

@@ -146,8 +146,12 @@ void checkMorph(const MorphFamily<T>& family, Random& r, const Shape& shape, con
     Grid<T> expected = plainMorph(filter.op, grid, sides, mask);
     // Bits of a byte beside the region must stay, so whole rows are compared.
     const int bits = packed ? 8 * dst.elements() : roi.width * c;
-    std::vector<T> first;
-    for (int i = 0; i < bits * roi.height; ++i) first.push_back(element(dst, packed, 0, i % bits, i / bits));
+    std::vector<T> want;
+    for (int i = 0; i < bits * roi.height; ++i) {
+      const int x = i % bits - dstBit, y = i / bits;
+      const bool inside = x >= 0 && x < roi.width * c;
+      want.push_back(inside ? expected.at(x / c, y, x % c) : element(dst, packed, 0, i % bits, y));
+    }
     forEachSetting(false, [&] {
       dst.restore();
       const OrvStatus status = filter.run(
@@ -155,14 +159,11 @@ void checkMorph(const MorphFamily<T>& family, Random& r, const Shape& shape, con
       if (status != orvStatusOk) return fail("status %d", (int)status);
       CHECK(buffer.intact() && state.intact() && src.unchanged() && dst.onlyRegionChanged(), "written outside");
       CHECK(memcmp(held.data(), state.data(), held.size()) == 0, "the record has changed");
-      for (int y = 0; y < roi.height; ++y) {
-        for (int i = 0; i < bits; ++i) {
-          const int x = i - dstBit;
-          const bool inside = x >= 0 && x < roi.width * c;
-          const T got = element(dst, packed, 0, i, y);
-          const T want = inside ? expected.at(x / c, y, x % c) : first[(size_t)(y * bits + i)];
-          if (got != want) return fail("element %d of row %d is %.9g, not %.9g", x, y, (double)got, (double)want);
-        }
+      for (size_t i = 0; i < want.size(); ++i) {
+        const int x = (int)i % bits, y = (int)i / bits;
+        const T got = element(dst, packed, 0, x, y);
+        if (got != want[i])
+          return fail("element %d of row %d is %.9g, not %.9g", x - dstBit, y, (double)got, (double)want[i]);
       }
     });
   }
@@ -192,18 +193,15 @@ void walkMorph(const MorphFamily<T>& family, bool widthTested, const std::vector
   const OrvSize roi = {21, 5}, maskSize = {3, 3};
   const std::vector<uint8_t> mask(9, 1);
   int32_t bytes[2];
-  CHECK(family.size({0, 1}, maskSize, bytes, nullptr) == orvStatusNullPtr);
-  CHECK(family.size({0, 1}, maskSize, nullptr, bytes) == orvStatusNullPtr);
-  CHECK(family.size({0, 1}, maskSize, bytes, bytes + 1) == orvStatusSize);
-  CHECK(family.size(roi, {3, 0}, bytes, bytes + 1) == orvStatusSize);
+  walkArguments("size", family.size,
+                eachOf(Fault::null, {2, 3}) + eachOf(Fault::width, {0, 1}) + eachOf(Fault::height, {1}), Roi(),
+                Value<OrvSize>({maskSize}), Value<int32_t*>({bytes}), Value<int32_t*>({bytes + 1}));
   CHECK(family.size(roi, maskSize, bytes, bytes + 1) == orvStatusOk);
   std::vector<uint8_t> state((size_t)bytes[0]), buffer((size_t)bytes[1]);
-  const auto& init = family.init;
-  CHECK(init({0, 1}, nullptr, maskSize, state.data(), buffer.data()) == orvStatusNullPtr);
-  CHECK(init({0, 1}, mask.data(), maskSize, nullptr, buffer.data()) == orvStatusNullPtr);
-  CHECK(init({0, 1}, mask.data(), maskSize, state.data(), nullptr) == orvStatusNullPtr);
-  CHECK(init({0, 1}, mask.data(), maskSize, state.data(), buffer.data()) == orvStatusSize);
-  CHECK(init(roi, mask.data(), {0, 3}, state.data(), buffer.data()) == orvStatusSize);
+  walkArguments("init", family.init,
+                eachOf(Fault::null, {1, 3, 4}) + eachOf(Fault::width, {0, 2}) + eachOf(Fault::height, {2}), Roi(),
+                Value<const uint8_t*>({mask.data()}), Value<OrvSize>({maskSize}), Value<void*>({state.data()}),
+                Value<uint8_t*>({buffer.data()}));
   family.init(roi, mask.data(), maskSize, state.data(), buffer.data());
   Image<T> src(r, 40, 5, family.channels), dst(r, 40, 5, family.channels);
   const int32_t row = family.packed ? 3 : roi.width * family.channels * (int32_t)sizeof(T);
@@ -214,10 +212,10 @@ void walkMorph(const MorphFamily<T>& family, bool widthTested, const std::vector
       {"buffer", orvStatusNullPtr, [](A& a) { a.buffer = nullptr; }},
   };
   if (family.packed) checks.push_back({"bit offset", orvStatusSize, [](A& a) { a.dstBit = -1; }});
-  checks.push_back({"width", orvStatusSize, [](A& a) { a.roi.width = 0; }});
-  checks.push_back({"height", orvStatusSize, [](A& a) { a.roi.height = 0; }});
-  checks.push_back({"srcStep", orvStatusStep, [=](A& a) { a.srcStep = row - 1; }});
-  checks.push_back({"dstStep", orvStatusStep, [=](A& a) { a.dstStep = row - 1; }});
+  checks.insert(checks.end(), {{"width", orvStatusSize, [](A& a) { a.roi.width = 0; }},
+                               {"height", orvStatusSize, [](A& a) { a.roi.height = 0; }},
+                               {"srcStep", orvStatusStep, [=](A& a) { a.srcStep = row - 1; }},
+                               {"dstStep", orvStatusStep, [=](A& a) { a.dstStep = row - 1; }}});
   if (sizeof(T) > 1) checks.push_back({"alignment", orvStatusStepAlign, [=](A& a) { a.dstStep = row + 65; }});
   for (const int kind : {0, 2, 3, 4, 16, 64 + 2, 5})
     checks.push_back({"border", orvStatusBorder, [=](A& a) { a.border = kind; }});

@@ -101,7 +101,6 @@ TEST(record) {
   CHECK(state->maskWidth == 2 && state->maskHeight == 1 && state->anchorX == 2 && state->anchorY == -2);
   CHECK(bytes[0].init(50, cross, {3, 3}, {1, 1}, state) == orvStatusOk && state->shapeKind == orvMorphEllipse);
   CHECK(bytes[0].init(50, cross, {3, 3}, {0, 1}, state) == orvStatusOk && state->shapeKind == orvMorphArbitrary);
-  CHECK(floats[1].init(50, cross, {3, 3}, {1, 1}, state) == orvStatusOk && state->shapeKind == orvMorphArbitrary);
   int32_t size = 0;  // as in the border form: A = 16, H = 3, E = 10 * 132 + 160
   CHECK(bytes[0].size(100, cross, {3, 3}, &size) == orvStatusOk && size == 33 * 16 + 48 + 160 + 1480 + 80 + 16 + 112);
 }

@@ -1,6 +1,6 @@
 // Rank filters against their plain form, in exactly the reported scratch; statuses.
 #pragma once
-#include "framework/sweep.h"
+#include "distance/step_checks.h"
 #include "reference/rank_filter.h"
 
 namespace test {
@@ -42,10 +42,7 @@ void checkRank(const char* name,
   };
   for (const Shape& shape : {Shape{37, 90}, {2700 / channels, 3}})
     sweep(name, filter, plain, shape, In<T>(channels), Out<T>(channels), Roi(), Window(size));
-  std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2);
-  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
-    for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
-      order.push_back({fault, image});
+  const std::vector<Told> order = pointersThenSizes({0, 1, 3}, 2) + stepsOf<T>({0, 1});
   walkArguments(name, filter, order, In<T>(channels), Out<T>(channels), Roi(), Window(size));
 
   // What stands between sizes and steps: the window, then its anchor.

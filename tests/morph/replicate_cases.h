@@ -1,6 +1,6 @@
 // Filters that repeat the nearest pixel and take a record: swept, and their checks walked.
 #pragma once
-#include "framework/sweep.h"
+#include "distance/step_checks.h"
 
 namespace test {
 
@@ -16,12 +16,13 @@ struct RecordMaker {
 
 // A record of a mask of its own for each shape, in memory of exactly the reported size or allocated.
 template <class State>
-struct Record {
+struct Record : Plain {
   RecordMaker<State> maker;
+  explicit Record(const RecordMaker<State>& made) : maker(made) {}
   std::shared_ptr<Guarded> memory{};
   std::shared_ptr<State> allocated{};
-  bool given = false;
   OrvSize serves{};
+  bool given = false;
   void prepare(Random& r, const Shape& shape) {
     serves = {shape.width, shape.height};
     memory = std::make_shared<Guarded>((size_t)maker.draw(r, &serves), !r.one(4), (size_t)r.in(0, 20));
@@ -31,8 +32,6 @@ struct Record {
     given = r.one(2);
   }
   std::tuple<State*> arguments(Side) { return {given ? (State*)(void*)memory->data() : allocated.get()}; }
-  void reset() {}
-  bool untouched() const { return true; }
   void verify(int) const { CHECK(memory->intact()); }
 };
 
@@ -47,15 +46,12 @@ void checkReplicate(OrvStatus (*filter)(const T*, int32_t, T*, int32_t, OrvSize,
   const Value<OrvBorderType> border({orvBorderRepl});
   for (const Shape& shape : extra)
     sweep("replicate", filter, reference, shape, In<T>(channels), Out<T>(channels), Roi(), border,
-          Record<State>{maker});
-  std::vector<Told> order = pointersThenSizes({0, 1, 4}, 2);
-  for (const Fault fault : {Fault::smallStep, Fault::misalignedStep})
-    for (int image = 0; image < 2 && (fault == Fault::smallStep || sizeof(T) > 1); ++image)
-      order.push_back({fault, image});
+          Record<State>(maker));
+  const std::vector<Told> order = pointersThenSizes({0, 1, 4}, 2) + stepsOf<T>({0, 1});
   walkArguments("replicate", filter, order, In<T>(channels), Out<T>(channels), Roi(), Value<OrvBorderType>({17}),
-                Record<State>{maker});
+                Record<State>(maker));
   Random r(seed());
-  Record<State> record{maker};
+  Record<State> record(maker);
   record.prepare(r, {9, 5});
   const int32_t most = record.serves.width;
   T pixels[20 * 7 * 4] = {};

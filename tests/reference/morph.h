@@ -12,8 +12,7 @@ struct MaskShape {
   int anchorX = (width - 1) >> 1, anchorY = (height - 1) >> 1;
 
   MaskShape turned() const {
-    MaskShape other{width, height, {bytes.rbegin(), bytes.rend()}, width - 1 - anchorX, height - 1 - anchorY};
-    return other;
+    return {width, height, {bytes.rbegin(), bytes.rend()}, width - 1 - anchorX, height - 1 - anchorY};
   }
 };
 
@@ -40,13 +39,8 @@ struct Part {
 template <class T>
 Grid<T> foldMask(Grid<T> in, const Part& p, const MaskShape& mask, bool dilate) {
   Grid<T> out(in.width, in.height, in.channels, in.margin);
-  const auto column = [&](int x) {
-    return p.left + walkBorder(orvBorderRepl, x - p.left, p.right - p.left, p.sides & orvBorderInMemLeft,
-                               p.sides & orvBorderInMemRight);
-  };
-  const auto row = [&](int y) {
-    return p.top + walkBorder(orvBorderRepl, y - p.top, p.bottom - p.top, p.sides & orvBorderInMemTop,
-                              p.sides & orvBorderInMemBottom);
+  const auto nearest = [&](int at, int low, int high, int before, int after) {
+    return low + walkBorder(orvBorderRepl, at - low, high - low, p.sides & before, p.sides & after);
   };
   const bool empty = std::count(mask.bytes.begin(), mask.bytes.end(), 0) == mask.width * mask.height;
   for (int y = p.top; y < p.bottom; ++y)
@@ -57,7 +51,9 @@ Grid<T> foldMask(Grid<T> in, const Part& p, const MaskShape& mask, bool dilate) 
         for (int i = 0; i < mask.height && !empty; ++i)
           for (int j = 0; j < mask.width; ++j) {
             if (!mask.bytes[(size_t)(i * mask.width + j)]) continue;
-            const T v = in.at(column(x + j - mask.anchorX), row(y + i - mask.anchorY), c);
+            const T v =
+                in.at(nearest(x + j - mask.anchorX, p.left, p.right, orvBorderInMemLeft, orvBorderInMemRight),
+                      nearest(y + i - mask.anchorY, p.top, p.bottom, orvBorderInMemTop, orvBorderInMemBottom), c);
             if (first || (dilate ? v > best : v < best)) best = v;
             first = false;
           }

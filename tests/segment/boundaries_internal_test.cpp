@@ -1,29 +1,20 @@
 // Boundaries by priority.
 // One body serves both variants.
 #include "segment/boundaries.h"
-#include "framework/image.h"
-#include "framework/harness.h"
+#include "framework/sweep.h"
 #include "reference/labelling.h"
 
 using namespace test;
 
 // With equal priorities the later pixel loses, as without any.
 TEST(equalPriorities) {
-  Random r(seed());
-  for (int trial = 0; trial < 200; ++trial) {
-    const OrvSize size = {r.in(1, 40), r.in(1, 20)};
-    Image<uint16_t> got(r, size.width, size.height, 1), want(r, size.width, size.height, 1);
+  const auto bound = [](uint16_t* image, int32_t step, OrvSize size, uint16_t border, int32_t norm) {
     const std::vector<int32_t> priority((size_t)(size.width * size.height), 5);
-    for (int y = 0; y < size.height; ++y)
-      for (int x = 0; x < size.width; ++x) {
-        const auto label = (uint16_t)r.in(0, 3);
-        got.set(x, y, label), want.set(x, y, label);
-      }
-    reference::boundSegments(want.data(), want.step(), size, (uint16_t)3, 1);
-    ownBoundSegments_16u(got.data(), got.step(), priority.data(), size.width * 4, size, 3, 1);
-    for (int y = 0; y < size.height; ++y)
-      for (int x = 0; x < size.width; ++x) CHECK(got.at(x, y) == want.at(x, y), "at %d,%d", x, y);
-  }
+    ownBoundSegments_16u(image, step, priority.data(), size.width * 4, size, border, norm);
+    return OrvStatus(orvStatusOk);
+  };
+  sweep("ownBoundSegments_16u", bound, reference::boundSegments<uint16_t>, {}, InOut<uint16_t>(), Roi(),
+        Value<uint16_t>({0, 3, 65535}), Value<int32_t>({1}));
 }
 
 // The dearer pixel loses in each direction, and a pixel that has lost is compared no more.

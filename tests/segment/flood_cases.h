@@ -1,7 +1,6 @@
 // Flood fills against the plain form, in scratch memory of exactly the reported size.
 #pragma once
 #include "distance/distance_roles.h"
-#include "framework/sweep.h"
 #include "reference/flood.h"
 
 namespace test {
@@ -43,8 +42,8 @@ struct Triple : Weights<T> {
   explicit Triple(bool isDelta) : Weights<T>(std::vector<std::vector<T>>()), delta(isDelta) {}
   void prepare(Random& r, const Shape&) {
     const T base = std::is_floating_point<T>::value && !delta ? (T)0.25f : (T)0;
+    this->chosen.clear();
     for (int k = 0; k < 3; ++k) {
-      if (k == 0) this->chosen.clear();
       const int most = delta ? 2 : r.one(2) ? 100 : 6;
       this->chosen.push_back(delta && r.one(6) ? highest<T>() : (T)(base + (T)r.in(0, most)));
     }
@@ -106,11 +105,8 @@ void checkFlood(const char* name, OrvStatus (*form)(T*, int32_t, OrvSize, OrvPoi
   std::vector<int> nulls = {0, 6, 7};
   if (channels == 3) nulls.push_back(3);
   if (channels == 3 && rule != Rule::equal) nulls.insert(nulls.end(), {4, 5});
-  std::vector<Told> order = pointersThenSizes(nulls, 1);
-  order.push_back({Fault::smallStep, 0});
-  if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 0});
-  walkArguments(name, run, order, Regions<T>(channels), Roi(), Seed(), Triple<T>(false), Triple<T>(true),
-                Triple<T>(true), Region(), buffer);
+  walkArguments(name, run, pointersThenSizes(nulls, 1) + stepsOf<T>({0}), Regions<T>(channels), Roi(), Seed(),
+                Triple<T>(false), Triple<T>(true), Triple<T>(true), Region(), buffer);
   T pixels[6] = {}, values[3] = {1, 1, 1}, delta[3] = {1, 1, (T)-1};
   uint8_t scratch[400];
   OrvConnectedComp region;

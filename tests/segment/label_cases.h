@@ -1,7 +1,6 @@
 // Labelling against the plain form, in scratch memory of exactly the reported size.
 #pragma once
-#include <array>
-#include "framework/sweep.h"
+#include "distance/step_checks.h"
 #include "reference/labelling.h"
 
 namespace test {
@@ -41,11 +40,6 @@ void plainLabels(const S* src, int32_t step, D* labels, int32_t labelStep, OrvSi
   }
 }
 
-// Wrong labels and norms.
-inline std::vector<std::array<int32_t, 3>> badLabels(int32_t limit) {
-  return {{0, 8, 0}, {1, limit, 0}, {9, 8, 0}, {1, 8, 2}, {1, 8, -1}};
-}
-
 // Sweeps and walks a labelling; `images` are the roles in front of the ROI, `limit` the first label that is refused.
 template <class Function, class Reference, class... Images>
 void checkLabels(const char* name, Function function, Reference plain, int32_t limit, std::vector<Told> order,
@@ -55,7 +49,10 @@ void checkLabels(const char* name, Function function, Reference plain, int32_t l
          Scratch(size));
   };
   roles([&](auto... role) { sweep(name, function, plain, {}, role...); }, {5, 7, limit - 1, limit - 1});
-  roles([&](auto... role) { walkArguments(name, function, order, role...); }, {limit});
+  const int low = (int)sizeof...(images) + 1, high = low + 1, norm = low + 2;
+  order = order + std::vector<Told>{badValue(low, 0), badValue(high, limit), badValue(high, 0), badValue(norm, 2),
+                                    badValue(norm, -1)};
+  roles([&](auto... role) { walkArguments(name, function, order, role...); }, {5});
 }
 
 }  // namespace test
