@@ -7,13 +7,9 @@ using namespace test;
 namespace {
 
 // Bits above the sides are allowed beside a side.
-const std::vector<int> kinds = {orvBorderConst,
-                                orvBorderRepl,
-                                orvBorderWrap,
-                                orvBorderMirr,
-                                orvBorderMirrR,
-                                orvBorderInMem,
-                                256 | 0x10000 | orvBorderInMemTop};
+constexpr int highBits = 256 | 0x10000 | orvBorderInMemTop;
+const std::vector<int> kinds = {orvBorderConst, orvBorderRepl,  orvBorderWrap, orvBorderMirr,
+                                orvBorderMirrR, orvBorderInMem, highBits};
 
 // The filters that all types have.
 #define COMMON_FILTERS(type, T, D)                                                                                \
