@@ -7,44 +7,23 @@ using namespace test;
 namespace {
 
 // Bits above the sides are allowed beside a side.
-const std::vector<int> kinds = {orvBorderConst,
-                                orvBorderRepl,
-                                orvBorderWrap,
-                                orvBorderMirr,
-                                orvBorderMirrR,
-                                orvBorderInMem,
-                                256 | 0x10000 | orvBorderInMemTop};
+constexpr int highBits = 256 | 0x10000 | orvBorderInMemTop;
+const std::vector<int> kinds = {orvBorderConst, orvBorderRepl,  orvBorderWrap, orvBorderMirr,
+                                orvBorderMirrR, orvBorderInMem, highBits};
 
-const FixedFilter<uint8_t, int16_t> filters8u16s[] = {
-    {NAMED(Laplacian, 8u16s), reference::laplacian<uint8_t, int16_t>},
-    SEPARABLE(SobelNegVert, 8u16s, uint8_t, int16_t, "DxNeg", "SobelNeg"),
-    SEPARABLE(SobelCross, 8u16s, uint8_t, int16_t, "DxNeg", "Dx"),
-    SEPARABLE(SobelHorizSecond, 8u16s, uint8_t, int16_t, "Sobel", "D2x"),
-    SEPARABLE(SobelVertSecond, 8u16s, uint8_t, int16_t, "D2x", "Sobel"),
-    SEPARABLE(ScharrHoriz, 8u16s, uint8_t, int16_t, "Scharr", "Dx"),
-    SEPARABLE(ScharrVert, 8u16s, uint8_t, int16_t, "Dx", "Scharr"),
-};
-const FixedFilter<uint8_t, int8_t> filters8u8s[] = {
-    {NAMED(Laplacian, 8u8s), reference::laplacian<uint8_t, int8_t>},
-    SEPARABLE(SobelVert, 8u8s, uint8_t, int8_t, "DxNeg", "Sobel"),
-    SEPARABLE(SobelNegVert, 8u8s, uint8_t, int8_t, "DxNeg", "SobelNeg"),
-    SEPARABLE(SobelHoriz, 8u8s, uint8_t, int8_t, "Sobel", "Dx"),
-    SEPARABLE(SobelCross, 8u8s, uint8_t, int8_t, "DxNeg", "Dx"),
-    SEPARABLE(SobelHorizSecond, 8u8s, uint8_t, int8_t, "Sobel", "D2x"),
-    SEPARABLE(SobelVertSecond, 8u8s, uint8_t, int8_t, "D2x", "Sobel"),
-    SEPARABLE(ScharrHoriz, 8u8s, uint8_t, int8_t, "Scharr", "Dx"),
-    SEPARABLE(ScharrVert, 8u8s, uint8_t, int8_t, "Dx", "Scharr"),
-};
-const FixedFilter<float, float> filters32f[] = {
-    {NAMED(Laplacian, 32f), reference::laplacian<float, float>},
-    SEPARABLE(SobelNegVert, 32f, float, float, "DxNeg", "SobelNeg"),
-    SEPARABLE(SobelCross, 32f, float, float, "DxNeg", "Dx"),
-    SEPARABLE(SobelHorizSecond, 32f, float, float, "Sobel", "D2x"),
-    SEPARABLE(SobelVertSecond, 32f, float, float, "D2x", "Sobel"),
-    SEPARABLE(ScharrHoriz, 32f, float, float, "Scharr", "Dx"),
-    SEPARABLE(ScharrVert, 32f, float, float, "Dx", "Scharr"),
-    {NAMED(Lowpass, 32f), reference::lowpass<float>},
-};
+// The filters that all types have.
+#define COMMON_FILTERS(type, T, D)                                                                                \
+  {NAMED(Laplacian, type), reference::laplacian<T, D>}, SEPARABLE(SobelNegVert, type, T, D, "DxNeg", "SobelNeg"), \
+      SEPARABLE(SobelCross, type, T, D, "DxNeg", "Dx"), SEPARABLE(SobelHorizSecond, type, T, D, "Sobel", "D2x"),  \
+      SEPARABLE(SobelVertSecond, type, T, D, "D2x", "Sobel"), SEPARABLE(ScharrHoriz, type, T, D, "Scharr", "Dx"), \
+      SEPARABLE(ScharrVert, type, T, D, "Dx", "Scharr")
+
+const FixedFilter<uint8_t, int16_t> filters8u16s[] = {COMMON_FILTERS(8u16s, uint8_t, int16_t)};
+const FixedFilter<uint8_t, int8_t> filters8u8s[] = {COMMON_FILTERS(8u8s, uint8_t, int8_t),
+                                                    SEPARABLE(SobelVert, 8u8s, uint8_t, int8_t, "DxNeg", "Sobel"),
+                                                    SEPARABLE(SobelHoriz, 8u8s, uint8_t, int8_t, "Sobel", "Dx")};
+const FixedFilter<float, float> filters32f[] = {COMMON_FILTERS(32f, float, float),
+                                                {NAMED(Lowpass, 32f), reference::lowpass<float>}};
 const FixedFilter<uint8_t, uint8_t> filters8u[] = {{NAMED(Lowpass, 8u), reference::lowpass<uint8_t>}};
 
 template <class Body>
