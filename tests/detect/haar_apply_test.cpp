@@ -124,11 +124,10 @@ TEST(checks) {
   OrvHaarClassifier *upright = make(randomStage<int32_t>(r, 3, false)), *turned = make(randomStage<float>(r, 3, true));
   const Larger<int32_t> src(In<int32_t>(), 0, 0);
   const Larger<float> floats(In<float>(), 0, 0);
-  const std::vector<Told> plain = tableChecks({0, 1, 2}, {0, 1}, 3);
   walkArguments(
       "orviApplyHaarClassifier_32s_C1RSfs",
-      [&](auto... a) { return orviApplyHaarClassifier_32s_C1RSfs(a..., 0, upright); }, plain, src, In<int32_t>(),
-      CascadeMask(), Roi(), Result<int32_t>());
+      [&](auto... a) { return orviApplyHaarClassifier_32s_C1RSfs(a..., 0, upright); },
+      tableChecks({0, 1, 2}, {0, 1}, 3), src, In<int32_t>(), CascadeMask(), Roi(), Result<int32_t>());
   walkArguments(
       "orviApplyMixedHaarClassifier_32f_C1R",
       [&](auto... a) { return orviApplyMixedHaarClassifier_32f_C1R(a..., turned, 0.f); },

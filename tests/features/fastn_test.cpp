@@ -104,13 +104,12 @@ TEST(wholeImages) {
     for (int width = 1; width <= 19; width += quick() ? 3 : 1)
       check(r, some(r, ring, {edge - 1 + width, edge - 1 + r.in(0, 9)}), {0, 0}, {edge - 1 + width, edge + 9});
     for (const int width : {31, 33, 63, 64, 65, 131}) {
-      const OrvSize size = {edge + width, edge + 6};
-      found += check(r, some(r, ring, size), {0, 0}, size);
+      const OrvSize whole = {edge + width, edge + 6};
+      found += check(r, some(r, ring, whole), {0, 0}, whole);
     }
-    for (int arc = points[ring] / 2 + 1; arc < points[ring]; ++arc) {
-      const OrvSize size = {edge + 17, edge + 5};
+    const OrvSize size = {edge + 17, edge + 5};
+    for (int arc = points[ring] / 2 + 1; arc < points[ring]; ++arc)
       found += check(r, {size, radii[ring], arc, 8, 36, 3}, {0, 0}, size);
-    }
   }
   CHECK(found > 300, "%d corners are too few for a test", found);
 }

@@ -1,7 +1,5 @@
 // Lines of pixels against a plain walk.
-#include "framework/image.h"
-#include "framework/settings.h"
-#include "framework/walker.h"
+#include "framework/sweep.h"
 
 using namespace test;
 
@@ -45,29 +43,16 @@ void lines(const char* name, int channels, Sample<T> sample) {
     }
   }
 
-  struct Arguments {
-    const T* src;
-    int32_t step;
-    OrvSize roi;
-    T* dst;
-    OrvPoint a, b;
+  const auto called = [=](const T* src, int32_t step, OrvSize roi, T* dst, int32_t, int32_t x1, int32_t y1, int32_t x2,
+                          int32_t y2) {
+    return sample(src, step, roi, dst, {x1, y1}, {x2, y2});
   };
-  const Image<T> src(r, 9, 5, channels), dst(r, 9, 1, channels);
-  std::vector<Check<Arguments>> checks = {
-      {"src", orvStatusNullPtr, [](Arguments& x) { x.src = nullptr; }},
-      {"dst", orvStatusNullPtr, [](Arguments& x) { x.dst = nullptr; }},
-      {"width", orvStatusSize, [](Arguments& x) { x.roi.width = 0; }},
-      {"height", orvStatusSize, [](Arguments& x) { x.roi.height = 0; }},
-      {"step", orvStatusStep, [=](Arguments& x) { x.step = 9 * channels * (int32_t)sizeof(T) - 1; }},
-      {"x of pt1", orvStatusOutOfRange, [](Arguments& x) { x.a.x = -1; }},
-      {"y of pt1", orvStatusOutOfRange, [](Arguments& x) { x.a.y = 5; }},
-      {"x of pt2", orvStatusOutOfRange, [](Arguments& x) { x.b.x = 9; }},
-      {"y of pt2", orvStatusOutOfRange, [](Arguments& x) { x.b.y = INT32_MIN; }}};
-  if (sizeof(T) > 1)
-    checks.insert(checks.begin() + 5, {"alignment", orvStatusStepAlign, [](Arguments& x) { x.step += 1; }});
-  walkChecks<Arguments>(
-      {src.data(), src.step(), {9, 5}, dst.data(), {0, 0}, {8, 4}}, checks,
-      [&](Arguments& x) { return sample(x.src, x.step, x.roi, x.dst, x.a, x.b); }, [&] { return dst.unchanged(); });
+  std::vector<Told> order = pointersThenSizes({0, 2}, 1) + eachOf(Fault::smallStep, {0});
+  if (sizeof(T) > 1) order.push_back({Fault::misalignedStep, 0});
+  for (const auto& [position, value] : {std::pair(3, -1), {4, 5}, {5, 13}, {6, INT32_MIN}})
+    order.push_back(badValue(position, value, orvStatusOutOfRange));
+  walkArguments(name, called, order, In<T>(channels), Roi(), Out<T>(channels), Value<int32_t>({0}), Value<int32_t>({0}),
+                Value<int32_t>({8}), Value<int32_t>({4}));
 }
 
 }  // namespace
